@@ -1,0 +1,33 @@
+#include "OutputFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+OutputFile::OutputFile(const QString& fileName) {
+    const QFileInfo target(fileName);
+    m_direct = target.exists() && !target.isFile() && !target.isDir();
+    if (m_direct)
+        m_device = std::make_unique<QFile>(fileName);
+    else
+        m_device = std::make_unique<QSaveFile>(fileName);
+}
+
+OutputFile::~OutputFile() = default;
+
+bool OutputFile::open() { return m_device->open(QIODevice::WriteOnly); }
+
+bool OutputFile::commit() {
+    if (!m_direct)
+        return static_cast<QSaveFile&>(*m_device).commit();
+    const bool written = m_device->flush() && m_device->error() == QFileDevice::NoError;
+    m_device->close();
+    return written;
+}
+
+void OutputFile::cancel() {
+    if (m_direct)
+        m_device->close();
+    else
+        static_cast<QSaveFile&>(*m_device).cancelWriting();
+}

@@ -1,0 +1,117 @@
+// The operations of Settings that read and write project files.
+
+#include "Error.h"
+#include "GSerializableReader.h"
+#include "GSerializableWriter.h"
+#include "GlobalSettings.h"
+#include "InPlaceFile.h"
+#include "Settings.h"
+
+#include <QBuffer>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+QByteArray documentOf(const Settings& settings, const QDir& base) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    GSerializableWriter writer(&buffer, base);
+    writer.beginDocument();
+    settings.write(writer);
+    writer.endDocument();
+    return bytes;
+}
+
+} // namespace
+
+void Settings::save(const QString& fileName) {
+    const int oldVersion = fileFormatVersion();
+    const bool wasDirty = isDirty();
+    setFileFormatVersion(1);
+    if (!writeInPlace(fileName, documentOf(*this, QFileInfo(fileName).absoluteDir()))) {
+        setFileFormatVersion(oldVersion);
+        if (!wasDirty)
+            setDirty(false);
+        throw Error(Error::Save, QStringLiteral("Can't save %1").arg(fileName));
+    }
+    m_fileName = fileName;
+    setDirty(false);
+}
+
+Settings* Settings::load(const QString& fileName) {
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Error(Error::Open, QStringLiteral("Can't open file %1 for reading: %2\n")
+                                     .arg(fileName, file.errorString()));
+    if (file.size() == 0)
+        return createDefault();
+    std::unique_ptr<Settings> settings;
+    if (file.peek(5) == "<?xml")
+        settings = parse(file, QFileInfo(fileName).absolutePath());
+    else
+        throw Error(Error::Open, QStringLiteral("File format error"));
+    settings->m_fileName = fileName;
+    qDebug().noquote() << fileName;
+    return settings.release();
+}
+
+Settings* Settings::createDefault() {
+    QByteArray stored = GlobalSettings().defaultSettings();
+    if (stored.isEmpty())
+        return new Settings;
+    QBuffer buffer(&stored);
+    buffer.open(QIODevice::ReadOnly);
+    std::unique_ptr<Settings> settings = parse(buffer, QDir::currentPath());
+    settings->setFileList({});
+    settings->setTextureFileName(QString());
+    settings->setDataFileName(QString());
+    settings->andEngine()->setJavaFileName(QString());
+    settings->setDirty(false);
+    return settings.release();
+}
+
+void Settings::saveAsDefault() const {
+    GlobalSettings().setDefaultSettings(documentOf(*this, QDir(QDir::currentPath())));
+}
+
+QString Settings::toXml() const {
+    const QDir base =
+        m_fileName.isEmpty() ? QDir(QDir::currentPath()) : QFileInfo(m_fileName).absoluteDir();
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    GSerializableWriter writer(&buffer, base);
+    write(writer);
+    return QString::fromUtf8(bytes);
+}
+
+std::unique_ptr<Settings> Settings::parse(QIODevice& device, const QString& folder) {
+    const GSerializableReader reader(device, QDir(folder));
+    std::unique_ptr<QObject> object = reader.readObject();
+    auto* settings = qobject_cast<Settings*>(object.get());
+    if (!settings)
+        throw Error(Error::Parse, QStringLiteral("Can't create instance of %1")
+                                      .arg(QLatin1String(object->metaObject()->className())));
+    object.release();
+    std::unique_ptr<Settings> result(settings);
+    result->migrate();
+    return result;
+}
+
+void Settings::migrate() {
+    if (fileFormatVersion() == 0) {
+        using Constraints = AlgorithmSettings::SizeConstraints;
+        algorithmSettings()->setSizeConstraints(allowFreeSize() ? Constraints::AnySize : Constraints::POT);
+        using TrimMode = SpriteSettings::TrimMode;
+        SpriteSettings* sprites = globalSpriteSettings();
+        sprites->setTrimMode(sprites->trim()   ? TrimMode::Trim
+                             : sprites->crop() ? TrimMode::CropKeepPos
+                                               : TrimMode::None);
+    }
+    setFileFormatVersion(1);
+    setDirty(false);
+}

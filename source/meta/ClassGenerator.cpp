@@ -78,7 +78,8 @@ std::string initialiser(const Property& property) {
 
 /// What the patterns below are filled with for one property.
 std::map<std::string, std::string> values(const Class& cls, const Property& property) {
-    const std::string type = memberType(property);
+    // Qualified, so that the toolkit finds an enum's type by its name in a signal.
+    const std::string type = property.type == Type::Enum ? enumName(cls, property) : memberType(property);
     return {{"class", cls.name},
             {"name", property.name},
             {"Name", capitalised(property.name)},
@@ -109,7 +110,8 @@ std::string forEach(const Class& cls, Pattern pattern) {
 std::string propertyDeclaration(const Property& property) {
     std::string text;
     if (property.type == Type::Enum)
-        text = "    Q_PROPERTY(QString {name}Name READ {name}Name WRITE set{Name}Name NOTIFY on{Name}NameChanged)\n";
+        text = "    Q_PROPERTY(QString {name}Name READ {name}Name WRITE set{Name}Name NOTIFY "
+               "on{Name}NameChanged)\n";
     return text + "    Q_PROPERTY({type} {name} READ {name} WRITE set{Name} NOTIFY on{Name}Changed)\n";
 }
 
@@ -227,8 +229,9 @@ std::string readValue(const Property& property) {
     text += ") {\n";
     switch (property.type) {
     case Type::Enum:
-        text += "            m_{name} =\n"
-                "                static_cast<{enum}>(reader.readEnum(item, GEnumInfo<{enum}>::instance()));\n";
+        text +=
+            "            m_{name} =\n"
+            "                static_cast<{enum}>(reader.readEnum(item, GEnumInfo<{enum}>::instance()));\n";
         break;
     case Type::Object:
         text += "            auto object = reader.readObjectOf<{of}>(item);\n"
@@ -239,7 +242,8 @@ std::string readValue(const Property& property) {
     case Type::ObjectList:
         text += "            qDeleteAll(m_{name});\n"
                 "            m_{name}.clear();\n"
-                "            for (auto element = reader.arrayBegin(item); !element.isNull(); element = element.next()) {\n"
+                "            for (auto element = reader.arrayBegin(item); !element.isNull(); element = "
+                "element.next()) {\n"
                 "                m_{name}.append(reader.readObjectOf<{of}>(element).release());\n"
                 "                adopt{Name}(m_{name}.last());\n"
                 "            }\n";
@@ -293,10 +297,11 @@ std::string setter(const Property& property) {
         text += "    emit on{Name}NameChanged({name}Name());\n";
     text += "}\n\n";
     if (property.type == Type::Enum)
-        text += "QString {class}::{name}Name() const { return GEnumInfo<{enum}>::instance().name(m_{name}); }\n\n"
-                "void {class}::set{Name}Name(const QString& stored) {\n"
-                "    set{Name}(GEnumInfo<{enum}>::instance().value(stored));\n"
-                "}\n\n";
+        text +=
+            "QString {class}::{name}Name() const { return GEnumInfo<{enum}>::instance().name(m_{name}); }\n\n"
+            "void {class}::set{Name}Name(const QString& stored) {\n"
+            "    set{Name}(GEnumInfo<{enum}>::instance().value(stored));\n"
+            "}\n\n";
     return text;
 }
 
@@ -307,7 +312,8 @@ std::string listOperations(const Property& property) {
     const bool objects = property.type == Type::ObjectList;
     const std::string adopt = objects ? "    adopt{Name}(item);\n" : "";
     const std::string changed = "    setDirty(true);\n    emit on{Name}Changed(m_{name});\n";
-    std::string text = "void {class}::add{Name}({itemArg} item) {\n    m_{name}.append(item);\n" + adopt + changed +
+    std::string text = "void {class}::add{Name}({itemArg} item) {\n    m_{name}.append(item);\n" + adopt +
+                       changed +
                        "}\n\n"
                        "{item} {class}::take{Name}(int index) {\n    {item} item = m_{name}.takeAt(index);\n";
     // Taking marks the owner as changed only where the list holds objects.
@@ -374,6 +380,7 @@ private:
 {slots}{members}};
 
 using {class}List = QList<{class}*>;
+Q_DECLARE_METATYPE({class}List)
 
 {specialisations})",
                 {{"class", cls.name},
@@ -391,8 +398,12 @@ using {class}List = QList<{class}*>;
 
 std::string classSource(const Class& cls) {
     std::string enums;
-    for (const Enum& row : cls.enums)
-        enums += enumInfo(row, std::string(cls.name) + "::" + row.name);
+    std::string types;
+    for (const Enum& row : cls.enums) {
+        const std::string qualified = std::string(cls.name) + "::" + row.name;
+        enums += enumInfo(row, qualified);
+        types += fill("    qRegisterMetaType<{type}>(\"{type}\");\n", {{"type", qualified}});
+    }
     return fill(R"(#include "{class}.h"
 
 #include "GSerializableFactory.h"
@@ -400,8 +411,15 @@ std::string classSource(const Class& cls) {
 #include "GSerializableWriter.h"
 
 {enums}namespace {
-const bool registered = GSerializableFactory::add("{class}", []() -> QObject* { return new {class}; });
+
+bool registerTypes() {
+    qRegisterMetaType<{class}List>("{class}List");
+{types}    return GSerializableFactory::add("{class}", []() -> QObject* { return new {class}; });
 }
+
+const bool registered = registerTypes();
+
+} // namespace
 
 {class}::{class}(QObject* parent) : GSerializable(parent) {
     Q_UNUSED(registered)
@@ -439,6 +457,7 @@ void {class}::copyMembers(const {class}& other) {
 {setters}{lists})",
                 {{"class", cls.name},
                  {"enums", enums},
+                 {"types", types},
                  {"create", forEach(cls, create)},
                  {"destroy", forEach(cls, destroy)},
                  {"write", forEach(cls, writeValue)},

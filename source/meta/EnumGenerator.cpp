@@ -32,12 +32,13 @@ std::string enumInfo(const Enum& row, const std::string& qualifiedName) {
                       {"display", display},
                       {"description", value.description ? value.description : display}});
     }
-    return text + fill("}\n\n"
-                       "template <>\n"
-                       "QString GEnumInfoData<{type}>::shortName() { return QStringLiteral(\"{name}\"); }\n\n"
-                       "template <>\n"
-                       "QString GEnumInfoData<{type}>::qualifiedName() { return QStringLiteral(\"{type}\"); }\n\n",
-                       {{"type", qualifiedName}, {"name", row.name}});
+    return text +
+           fill("}\n\n"
+                "template <>\n"
+                "QString GEnumInfoData<{type}>::shortName() { return QStringLiteral(\"{name}\"); }\n\n"
+                "template <>\n"
+                "QString GEnumInfoData<{type}>::qualifiedName() { return QStringLiteral(\"{type}\"); }\n\n",
+                {{"type", qualifiedName}, {"name", row.name}});
 }
 
 std::string enumHeader(const Enum& globalEnum) {

@@ -1,7 +1,7 @@
 #pragma once
 
-// The table that all settings classes are made from. A new setting is one row here: the generator beside this file
-// turns it into member, getter, setter, signal, property, reading, writing, default and clone.
+// The table that all settings classes are made from. A new setting is one row here: the generator beside this
+// file turns it into member, getter, setter, signal, property, reading, writing, default and clone.
 
 #include <vector>
 

@@ -1,4 +1,5 @@
-// settings_generator FOLDER: writes the settings classes of the table into the folder, touching only what differs.
+// settings_generator FOLDER: writes the settings classes of the table into the folder, touching only what
+// differs.
 
 #include "Generator.h"
 

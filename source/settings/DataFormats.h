@@ -5,7 +5,8 @@
 
 #include <optional>
 
-/// What the settings have to know of a data format: the exporters stand in a higher room and register themselves here.
+/// What the settings have to know of a data format: the exporters stand in a higher room and register
+/// themselves here.
 struct DataFormat {
     QString id;
     bool supportsRotation = true;
@@ -14,7 +15,8 @@ struct DataFormat {
     bool supportsNPOT = false;    ///< sizes that are no power of two
 };
 
-/// Asks for the data formats. Implemented by the registry of exporters, which lives to the end of the process.
+/// Asks for the data formats. Implemented by the registry of exporters, which lives to the end of the
+/// process.
 class DataFormats {
 public:
     virtual ~DataFormats() = default;

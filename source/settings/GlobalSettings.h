@@ -3,8 +3,9 @@
 #include <QSettings>
 #include <QString>
 
-/// The program's own preferences in the user's store. Made on the stack for each access; what was never written reads as
-/// its default, and setters write through at once. Keys without an accessor are read and written at the place of use.
+/// The program's own preferences in the user's store. Made on the stack for each access; what was never
+/// written reads as its default, and setters write through at once. Keys without an accessor are read and
+/// written at the place of use.
 class GlobalSettings : public QSettings {
 public:
     GlobalSettings() = default;

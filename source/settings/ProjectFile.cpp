@@ -5,6 +5,7 @@
 #include "GSerializableWriter.h"
 #include "GlobalSettings.h"
 #include "InPlaceFile.h"
+#include "LegacyProject.h"
 #include "Settings.h"
 
 #include <QBuffer>
@@ -45,15 +46,15 @@ void Settings::save(const QString& fileName) {
 Settings* Settings::load(const QString& fileName) {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        throw Error(Error::Open, QStringLiteral("Can't open file %1 for reading: %2\n")
-                                     .arg(fileName, file.errorString()));
+        throw Error(Error::Open,
+                    QStringLiteral("Can't open file %1 for reading: %2\n").arg(fileName, file.errorString()));
     if (file.size() == 0)
         return createDefault();
     std::unique_ptr<Settings> settings;
     if (file.peek(5) == "<?xml")
         settings = parse(file, QFileInfo(fileName).absolutePath());
     else
-        throw Error(Error::Open, QStringLiteral("File format error"));
+        settings = readLegacyProject(fileName);
     settings->m_fileName = fileName;
     qDebug().noquote() << fileName;
     return settings.release();
@@ -79,8 +80,7 @@ void Settings::saveAsDefault() const {
 }
 
 QString Settings::toXml() const {
-    const QDir base =
-        m_fileName.isEmpty() ? QDir(QDir::currentPath()) : QFileInfo(m_fileName).absoluteDir();
+    const QDir base = m_fileName.isEmpty() ? QDir(QDir::currentPath()) : QFileInfo(m_fileName).absoluteDir();
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -98,8 +98,20 @@ std::unique_ptr<Settings> Settings::parse(QIODevice& device, const QString& fold
                                       .arg(QLatin1String(object->metaObject()->className())));
     object.release();
     std::unique_ptr<Settings> result(settings);
+    result->clearFolderNames(QDir::cleanPath(QDir(folder).absolutePath()));
     result->migrate();
     return result;
+}
+
+/// A name that wasn't set is stored as an empty element, which reads as the project's folder. No output file
+/// can have that name: it means that none is set.
+void Settings::clearFolderNames(const QString& folder) {
+    if (textureFileName().path() == folder)
+        setTextureFileName(QString());
+    if (dataFileName().path() == folder)
+        setDataFileName(QString());
+    if (andEngine()->javaFileName().path() == folder)
+        andEngine()->setJavaFileName(QString());
 }
 
 void Settings::migrate() {

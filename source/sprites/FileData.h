@@ -5,8 +5,9 @@
 
 #include <memory>
 
-/// Shared record of a source file with change detection. Copies share the record, so that the tree, a sprite and
-/// a packed sprite see the same state. Not locked: the worker thread writes it, others read it between jobs.
+/// Shared record of a source file with change detection. Copies share the record, so that the tree, a sprite
+/// and a packed sprite see the same state. Not locked: the worker thread writes it, others read it between
+/// jobs.
 class FileData {
 public:
     /// A record without a path.
@@ -17,12 +18,12 @@ public:
 
     const QString& path() const;
 
-    /// Looks at the file. True if its size or its time of last change differs from what is stored, and so at the first
-    /// call; the new state is stored. A file that isn't there has size 0 and no time.
+    /// Looks at the file. True if its size or its time of last change differs from what is stored, and so at
+    /// the first call; the new state is stored. A file that isn't there has size 0 and no time.
     bool checkChanged();
 
-    /// "path|size|last modified|created" of the stored state, size in bytes, times in the toolkit's text date form in
-    /// the C locale.
+    /// "path|size|last modified|created" of the stored state, size in bytes, times in the toolkit's text date
+    /// form in the C locale.
     QString hashText() const;
 
     /// The same line for the file as it is on disk now, without storing anything.

@@ -14,8 +14,8 @@
 class Settings;
 
 /// A source image, the image prepared from it for the sheet, and the numbers that reach the data file.
-/// An implicitly shared handle: copies share one record, and nothing detaches it. Preparation runs in pool threads,
-/// one sprite a call; everything else belongs to the worker thread.
+/// An implicitly shared handle: copies share one record, and nothing detaches it. Preparation runs in pool
+/// threads, one sprite a call; everything else belongs to the worker thread.
 class Sprite {
 public:
     /// A null sprite: no name, id -1.
@@ -27,12 +27,14 @@ public:
     /// Takes a new source image (ARGB32, not premultiplied); the next update() prepares it.
     void setImage(const GCachedImage& image);
 
-    /// Brings image and numbers up to date with the settings; nothing is done if none of the values that reach pixels
-    /// changed. Never throws: a fault leaves the former image and is kept in failure(), and the next call tries again.
+    /// Brings image and numbers up to date with the settings; nothing is done if none of the values that
+    /// reach pixels changed. Never throws: a fault leaves the former image and is kept in failure(), and the
+    /// next call tries again.
     void update(const Settings& settings);
 
-    /// The sprite at another scale in the same layout: the rectangle of the prepared image, scaled, cut from the newly
-    /// scaled source. `scale` is the variant's whole scale, `extrude` its extrusion in pixels. Throws Error.
+    /// The sprite at another scale in the same layout: the rectangle of the prepared image, scaled, cut from
+    /// the newly scaled source. `scale` is the variant's whole scale, `extrude` its extrusion in pixels.
+    /// Throws Error.
     QImage renderScaled(double scale, int extrude) const;
 
     const QString& name() const;
@@ -53,7 +55,8 @@ public:
 
     bool trimmed() const;
 
-    /// Hash over a sample of the prepared image's pixels, for finding equal sprites; 0 before the first update.
+    /// Hash over a sample of the prepared image's pixels, for finding equal sprites; 0 before the first
+    /// update.
     quint32 hash() const;
 
     /// Extrusion that the prepared image was made with, in pixels.

@@ -5,9 +5,10 @@
 
 #include <memory>
 
-/// A file that appears under its name only when it is complete: it is written beside the target under a temporary
-/// name and renamed by commit(). An object that dies without commit() leaves what stood there before.
-/// A target that exists and is no plain file (a device, a pipe) is written to directly, as there is nothing to rename.
+/// A file that appears under its name only when it is complete: it is written beside the target under a
+/// temporary name and renamed by commit(). An object that dies without commit() leaves what stood there
+/// before. A target that exists and is no plain file (a device, a pipe) is written to directly, as there is
+/// nothing to rename.
 class OutputFile {
 public:
     explicit OutputFile(const QString& fileName);
@@ -19,7 +20,8 @@ public:
     /// The open device. What it can't write it reports at commit() at the latest.
     QFileDevice& device() { return *m_device; }
 
-    /// Writes what is buffered and gives the file its name. False if any write since open() failed; nothing stays then.
+    /// Writes what is buffered and gives the file its name. False if any write since open() failed; nothing
+    /// stays then.
     bool commit();
 
     /// Gives up what was written.

@@ -8,8 +8,8 @@ namespace {
 
 constexpr int maxDepth = 200;
 
-/// Walks the document without building anything. A document that this walk can't finish is refused here too: what
-/// follows the fault could hide any depth from it.
+/// Walks the document without building anything. A document that this walk can't finish is refused here too:
+/// what follows the fault could hide any depth from it.
 void checkDepth(const QByteArray& bytes) {
     QXmlStreamReader stream(bytes);
     int depth = 0;
@@ -17,9 +17,9 @@ void checkDepth(const QByteArray& bytes) {
         switch (stream.readNext()) {
         case QXmlStreamReader::StartElement:
             if (++depth > maxDepth)
-                throw Error(Error::Parse, QStringLiteral("The elements are nested more than %1 deep (line %2)")
-                                              .arg(QString::number(maxDepth),
-                                                   QString::number(stream.lineNumber())));
+                throw Error(Error::Parse,
+                            QStringLiteral("The elements are nested more than %1 deep (line %2)")
+                                .arg(QString::number(maxDepth), QString::number(stream.lineNumber())));
             break;
         case QXmlStreamReader::EndElement:
             --depth;

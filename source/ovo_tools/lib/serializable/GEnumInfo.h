@@ -24,7 +24,8 @@ struct GEnumInfoData : GEnumInfoDataBase {
     static QString qualifiedName(); ///< the name in files
 };
 
-/// Look-up of an enum's names. Files, name properties and the command line exchange stored names, never numbers.
+/// Look-up of an enum's names. Files, name properties and the command line exchange stored names, never
+/// numbers.
 class GEnumInfoBase {
 public:
     /// Stored names in value order.

@@ -6,7 +6,8 @@
 
 #include <utility>
 
-/// The path of a file or folder in memory, absolute as a rule. Project files hold it relative to their own folder.
+/// The path of a file or folder in memory, absolute as a rule. Project files hold it relative to their own
+/// folder.
 class GFileName {
 public:
     GFileName() = default;

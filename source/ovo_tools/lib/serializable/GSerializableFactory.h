@@ -4,8 +4,8 @@
 
 class QObject;
 
-/// Makes serializable objects by class name. Every class registers itself before main() and the table is only read
-/// afterwards.
+/// Makes serializable objects by class name. Every class registers itself before main() and the table is only
+/// read afterwards.
 namespace GSerializableFactory {
 
 using Maker = QObject* (*)();

@@ -17,8 +17,9 @@ void expect(const GSerializableNode& node, const char* kind) {
 /// Containers are refused without a line.
 void expectContainer(const GSerializableNode& node, const char* kind) {
     if (node.name() != QLatin1String(kind))
-        throw Error(Error::Parse, QStringLiteral("Trying to parse a node of type %1 as %2")
-                                      .arg(node.name(), QLatin1String(kind)));
+        throw Error(
+            Error::Parse,
+            QStringLiteral("Trying to parse a node of type %1 as %2").arg(node.name(), QLatin1String(kind)));
 }
 
 } // namespace

@@ -36,12 +36,12 @@ private:
     const GSerializableReader* m_reader;
 };
 
-/// Reads the tagged XML of GSerializableWriter. Every value function checks the element's name and throws Error 39 for another
-/// kind; numbers convert without a test, so that bad text reads as 0.
+/// Reads the tagged XML of GSerializableWriter. Every value function checks the element's name and throws
+/// Error 39 for another kind; numbers convert without a test, so that bad text reads as 0.
 class GSerializableReader {
 public:
-    /// Parses the whole device. Names of files are relative to `base`. Throws Error 39 with the parser's text, or if the
-    /// top element isn't `data`.
+    /// Parses the whole device. Names of files are relative to `base`. Throws Error 39 with the parser's
+    /// text, or if the top element isn't `data`.
     GSerializableReader(QIODevice& device, const QDir& base);
 
     /// The top object, without parent.
@@ -61,7 +61,8 @@ public:
     /// The first element of an array; null for an empty one.
     GSerializableNode arrayBegin(const GSerializableNode& node) const;
 
-    /// An object of the class that the element's type names, without parent, filled. Throws Error 39 for an unknown class.
+    /// An object of the class that the element's type names, without parent, filled. Throws Error 39 for an
+    /// unknown class.
     std::unique_ptr<QObject> readObject(const GSerializableNode& node) const;
 
     /// The same for an object that has to be a T; anything else is an unknown class.

@@ -9,8 +9,8 @@
 class GSerializable;
 class QIODevice;
 
-/// Writes serializable objects as tagged XML. With beginDocument() the result is a whole, indented document; without it a
-/// bare `struct` element.
+/// Writes serializable objects as tagged XML. With beginDocument() the result is a whole, indented document;
+/// without it a bare `struct` element.
 class GSerializableWriter : public QXmlStreamWriter {
 public:
     /// Names of files are written relative to `base`. The device isn't owned and stays open.

@@ -1,0 +1,148 @@
+#include "CommandLineSequencer.h"
+
+#include "ConsoleLog.h"
+#include "EndOfRun.h"
+#include "Error.h"
+#include "HelpText.h"
+#include "OptionParser.h"
+#include "PackerJob.h"
+#include "Settings.h"
+#include "Sorvane.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+CommandLineSequencer::CommandLineSequencer(const QStringList& arguments)
+    : m_arguments(arguments), m_queue(new Sorvane) {
+    m_queue->moveToThread(&m_workerThread);
+    connect(&m_workerThread, &QThread::finished, m_queue, &QObject::deleteLater);
+    connect(this, &CommandLineSequencer::newJob, m_queue, &Sorvane::addJob);
+    connect(this, &CommandLineSequencer::shutDown, m_queue, &Sorvane::shutDown);
+}
+
+CommandLineSequencer::~CommandLineSequencer() {
+    m_workerThread.quit();
+    m_workerThread.wait();
+}
+
+void CommandLineSequencer::start() {
+    m_workerThread.start();
+    QTimer::singleShot(0, this, &CommandLineSequencer::init);
+}
+
+void CommandLineSequencer::init() {
+    // Every argument of that ending is a project, even where it stands as the value of an option.
+    QStringList others;
+    for (const QString& argument : qAsConst(m_arguments)) {
+        if (argument.endsWith(QLatin1String(".svs"), Qt::CaseInsensitive))
+            m_svsFiles.append(argument);
+        else
+            others.append(argument);
+    }
+    m_arguments = others;
+    if (!m_svsFiles.isEmpty()) {
+        QTimer::singleShot(0, this, &CommandLineSequencer::processNextSvs);
+        return;
+    }
+    try {
+        processImages();
+    } catch (const EndOfRun& end) {
+        endRun(end.output);
+    } catch (const Error& error) {
+        onError(error.message());
+        processNextSvs();
+    }
+}
+
+void CommandLineSequencer::processImages() {
+    m_settings = std::make_unique<Settings>();
+    parseOptions(*m_settings);
+    if (m_settings->fileList().isEmpty()) {
+        ConsoleLog::instance().print(helpText());
+        onError(QStringLiteral("No files specified for processing."));
+        processNextSvs();
+        return;
+    }
+    startJob();
+}
+
+void CommandLineSequencer::processNextSvs() {
+    if (m_svsFiles.isEmpty()) {
+        QTimer::singleShot(10, this, &CommandLineSequencer::cleanupAndExit);
+        return;
+    }
+    try {
+        m_settings.reset();
+        processProject(m_svsFiles.takeFirst());
+    } catch (const EndOfRun& end) {
+        endRun(end.output);
+    } catch (const Error& error) {
+        onError(error.message());
+        processNextSvs();
+    }
+}
+
+void CommandLineSequencer::processProject(const QString& fileName) {
+    if (!m_arguments.contains(QLatin1String("--quiet")))
+        ConsoleLog::instance().print(QStringLiteral("Processing %1...\n").arg(fileName));
+    m_settings.reset(Settings::load(fileName));
+    parseOptions(*m_settings);
+    if (m_settings->textureFileName().isEmpty() || m_settings->dataFileName().isEmpty())
+        throw Error(Error::Batch,
+                    QStringLiteral("Filenames for texture and data file must be set inside svs file "
+                                   "for batch processing."));
+    startJob();
+}
+
+void CommandLineSequencer::parseOptions(Settings& settings) {
+    OptionContext context{settings, [this](const QString& text) { onWarning(text); }};
+    ::parseOptions(context, m_arguments);
+    m_forcePublish = context.forcePublish;
+    ConsoleLog::instance().setVerbosity(settings.quiet() ? -1 : settings.verboseRequested() ? 2 : 1);
+}
+
+void CommandLineSequencer::startJob() {
+    const int mode = m_forcePublish ? PackerJob::ForcePublish : PackerJob::Publish;
+    auto* job = new PackerJob(m_queue, mode, m_settings->clone());
+    connect(job, &PackerJob::error, this, &CommandLineSequencer::onError);
+    connect(job, &PackerJob::warning, this, &CommandLineSequencer::onWarning);
+    connect(job, &PackerJob::activity, this, &CommandLineSequencer::onActivity);
+    connect(job, &PackerJob::done, this, &CommandLineSequencer::onJobDone);
+    connect(job, &PackerJob::sheetUpdated, this, &CommandLineSequencer::onSheetUpdated);
+    emit newJob(job);
+}
+
+void CommandLineSequencer::onActivity(int level, const QString& text) {
+    ConsoleLog::instance().activity(level, text);
+}
+
+void CommandLineSequencer::onWarning(const QString& text) {
+    ++m_warningCount;
+    ConsoleLog::instance().warning(text);
+}
+
+void CommandLineSequencer::onError(const QString& text) {
+    ++m_errorCount;
+    ConsoleLog::instance().error(text);
+}
+
+/// A batch run has no view of the sheet.
+void CommandLineSequencer::onSheetUpdated(const PackedResult&) {}
+
+void CommandLineSequencer::onJobDone(PackerJob* job) {
+    QMetaObject::invokeMethod(job, &PackerJob::deleteJob, Qt::QueuedConnection);
+    processNextSvs();
+}
+
+void CommandLineSequencer::endRun(const QString& output) {
+    ConsoleLog::instance().print(output);
+    m_endedByOption = true;
+    m_svsFiles.clear();
+    processNextSvs();
+}
+
+void CommandLineSequencer::cleanupAndExit() {
+    emit shutDown();
+    m_workerThread.wait();
+    QCoreApplication::exit(m_endedByOption || m_errorCount == 0 ? 0 : 1);
+}

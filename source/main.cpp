@@ -1,0 +1,61 @@
+#include "CommandLineSequencer.h"
+#include "DataExporterRegistry.h"
+#include "Error.h"
+#include "GFileName.h"
+#include "ImageLoader.h"
+#include "PackedResult.h"
+#include "product.h"
+
+#include <QGuiApplication>
+
+#include <cstdio>
+
+namespace {
+
+/// The toolkit's own talk (what its image readers think of a file, our debug output) isn't for users; what it
+/// can't go on after is.
+void handleToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+void registerMetaTypes() {
+    qRegisterMetaType<GFileName>("GFileName");
+    qRegisterMetaType<GFileNameList>("GFileNameList");
+    qRegisterMetaType<Error>("Error");
+    qRegisterMetaType<PackedResult>("PackedResult");
+    qRegisterMetaType<GCachedImage>("GCachedImage");
+}
+
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qInstallMessageHandler(handleToolkitMessage);
+    registerMetaTypes();
+
+    // A batch run needs no display, but the toolkit draws some formats (text in an SVG) only with a graphical
+    // application object. It gets arguments of its own, so that it takes none of the user's for itself.
+    char platformOption[] = "-platform";
+    char platform[] = "offscreen";
+    char* toolkitArguments[] = {argv[0], platformOption, platform, nullptr};
+    int toolkitArgumentCount = 3;
+    QGuiApplication application(toolkitArgumentCount, toolkitArguments);
+    QGuiApplication::setApplicationName(QLatin1String(product::name));
+    QGuiApplication::setOrganizationName(QLatin1String(product::organisation));
+    QGuiApplication::setApplicationVersion(QLatin1String(product::version));
+
+    // Singletons that the worker thread uses exist before it starts.
+    QtUniversalImageLoader::ImageLoader::instance(false);
+    DataFormats::setInstance(&DataExporterRegistry::instance());
+
+    CommandLineSequencer sequencer(argumentsOf(argc, argv));
+    sequencer.start();
+    return QGuiApplication::exec();
+}

@@ -1,0 +1,76 @@
+// What the core does with the output files: the smart update test, their names and their writing.
+
+#include "PackerCore.h"
+
+#include "DataExporter.h"
+#include "DataExporterRegistry.h"
+#include "Error.h"
+#include "ImageExporter.h"
+#include "Settings.h"
+#include "SmartUpdate.h"
+#include "WriteTexture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+/// A publish never removes what isn't a plain file: a device or a folder stays, whatever the user's rights.
+void removeFile(const QString& name) {
+    if (!name.isEmpty() && QFileInfo(name).isFile())
+        QFile::remove(name);
+}
+
+} // namespace
+
+QString PackerCore::tokenFor(const QString& sourcesText) const {
+    const DataExporter* found = DataExporterRegistry::instance().find(m_settings->dataFormat());
+    return SmartUpdate::token(*m_settings, sourcesText, found ? found->versionString() : QString());
+}
+
+bool PackerCore::upToDate() {
+    m_smartUpdateKey = tokenFor(m_tree.hashText());
+    return SmartUpdate::isCurrent(m_settings->dataFileName(), m_settings->textureFileName(),
+                                  m_smartUpdateKey);
+}
+
+bool PackerCore::knownUpToDate() {
+    const QString dataFile = m_settings->dataFileName();
+    const QString token = tokenFor(m_tree.currentHashText());
+    return SmartUpdate::remembers(dataFile, token) &&
+           SmartUpdate::isCurrent(dataFile, m_settings->textureFileName(), token);
+}
+
+void PackerCore::prepareOutputFiles() {
+    if (m_settings->dataFileName().isEmpty())
+        m_settings->setDataFileName(exporter().defaultFileName());
+    if (m_settings->textureFileName().isEmpty())
+        m_settings->setTextureFileName(QStringLiteral("out.png"));
+    removeFile(m_settings->textureFileName());
+    removeFile(m_settings->dataFileName());
+}
+
+void PackerCore::writeTexture(const PackedTexture& texture) {
+    ::writeTexture(*m_settings, texture,
+                   [this](int level, const QString& message) { emit activity(level, message); });
+}
+
+void PackerCore::writeData(const PackedTexture& texture) {
+    DataExporter& writer = exporter();
+    const QString fileName = m_settings->dataFileName();
+    QDir().mkpath(QFileInfo(fileName).absolutePath());
+    writer.setFileName(fileName);
+    emit activity(
+        1, QStringLiteral("Writing data for %1 to %2").arg(m_settings->dataFormat(), writer.fileName()));
+    try {
+        writer.setInput(m_settings, texture);
+        writer.setSmartUpdateKey(m_smartUpdateKey);
+        writer.write();
+        if (!QFile::exists(fileName))
+            throw Error(Error::DataFile, QStringLiteral("Failed to write file %1").arg(fileName));
+    } catch (const Error&) {
+        removeFile(fileName);
+        throw;
+    }
+}

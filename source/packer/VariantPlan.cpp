@@ -1,0 +1,124 @@
+#include "VariantPlan.h"
+
+#include "Error.h"
+#include "PixelFormats.h"
+#include "Settings.h"
+
+#include <algorithm>
+
+namespace {
+
+using Format = SettingsBase::TextureFormat;
+
+bool isPvrFile(Format format) {
+    return format == Format::pvr2 || format == Format::pvr2gz || format == Format::pvr2ccz;
+}
+
+/// The smallest multiple of `factor` that is still `padding` pixels wide in the smallest sheet.
+int raisedPadding(uint padding, int factor, double smallestScale) {
+    // A scale of zero or below can't be made up for by any padding.
+    if (!(smallestScale > 0))
+        return int(padding);
+    int raised = 0;
+    while (raised * smallestScale < double(padding))
+        raised += factor;
+    return raised;
+}
+
+uint scaled(int base, double scale) { return uint(qRound(float(base) * float(scale))); }
+
+} // namespace
+
+VariantPlan::VariantPlan(const Settings& settings) : m_settings(settings) {}
+
+void VariantPlan::computeBaseValues() {
+    if (!m_settings.forceIdenticalLayout())
+        return;
+    m_baseFactor = m_settings.commonBaseFactor();
+    if (m_baseFactor == -1)
+        throw Error(
+            Error::DataFile,
+            QStringLiteral("Can't derive a base factor for identical layout. Adjust the scale factors "
+                           "or set some of them to allow fractions"));
+    const SpriteSettings& sprites = *m_settings.globalSpriteSettings();
+    double smallest = sprites.scale();
+    for (const AutoSDSettings* variant : m_settings.autoSDSettings())
+        smallest = std::min(smallest, variant->scale() * sprites.scale());
+    m_baseShapePadding = raisedPadding(m_settings.shapePadding(), m_baseFactor, smallest);
+    m_baseBorderPadding = raisedPadding(m_settings.borderPadding(), m_baseFactor, smallest);
+    m_baseExtrude = raisedPadding(sprites.extrude(), m_baseFactor, smallest);
+}
+
+void VariantPlan::validate() const {
+    if (m_settings.commonDivisorX() == 0)
+        throw Error(Error::CommandLine, QStringLiteral("CommonDivisorX must be >= 1"));
+    if (m_settings.commonDivisorY() == 0)
+        throw Error(Error::CommandLine, QStringLiteral("CommonDivisorY must be >= 1"));
+    if (isPvrtcFormat(m_settings.outputFormat()) && !isPvrFile(m_settings.textureFormat()))
+        throw Error(Error::PvrLimit,
+                    QStringLiteral("PVRTC compression can only be used with PVR file format"));
+    if (m_settings.outputFormat() == SettingsBase::OutputFormat::ETC1 &&
+        m_settings.textureFormat() != Format::pkm)
+        throw Error(Error::TextureFile, QStringLiteral("ETC1 can only be used with PKM file format"));
+    if (!m_settings.autoSDSettings().isEmpty() && m_settings.mainExtension().isEmpty())
+        throw Error(Error::DataFile,
+                    QStringLiteral("The variants need a main extension: the part of the file names "
+                                   "that each variant replaces by its own (--main-extension)"));
+}
+
+std::unique_ptr<Settings> VariantPlan::next() {
+    double scale = 1.0;
+    QSize maxSize = m_settings.maxTextureSize();
+    const AutoSDSettings* entry = nullptr;
+    if (m_index == 0) {
+        computeBaseValues();
+    } else {
+        if (m_settings.autoSDSettings().size() < m_index)
+            return nullptr;
+        entry = m_settings.autoSDSettings().at(m_index - 1);
+        scale = entry->scale();
+        maxSize = entry->maxTextureSize();
+    }
+    ++m_index;
+    validate();
+    std::unique_ptr<Settings> variant(m_settings.clone());
+    SpriteSettings& sprites = *variant->globalSpriteSettings();
+    sprites.setScale(m_settings.globalSpriteSettings()->scale() * scale);
+    if (m_settings.forceIdenticalLayout())
+        applyIdenticalLayout(*variant, scale);
+    variant->setMaxTextureSize(maxSize);
+    applyFixedSize(*variant, scale);
+    if (entry)
+        applyExtension(*variant, entry->extension());
+    return variant;
+}
+
+void VariantPlan::applyIdenticalLayout(Settings& variant, double scale) const {
+    variant.setShapePadding(scaled(m_baseShapePadding, scale));
+    variant.setBorderPadding(scaled(m_baseBorderPadding, scale));
+    variant.globalSpriteSettings()->setExtrude(scaled(m_baseExtrude, scale));
+    variant.setCommonDivisorX(scaled(m_baseFactor, scale));
+    variant.setCommonDivisorY(scaled(m_baseFactor, scale));
+}
+
+void VariantPlan::applyFixedSize(Settings& variant, double scale) const {
+    const QSize fixed = m_settings.fixedTextureSize();
+    QSize size = fixed;
+    if (fixed.width() > 0)
+        size.setWidth(int(fixed.width() * scale));
+    if (fixed.height() > 0)
+        size.setHeight(int(fixed.height() * scale));
+    variant.setFixedTextureSize(size);
+}
+
+void VariantPlan::applyExtension(Settings& variant, const QString& extension) const {
+    const QString main = m_settings.mainExtension();
+    QString dataFile = variant.dataFileName();
+    if (!dataFile.contains(main))
+        throw Error(Error::DataFile, QStringLiteral("Data file name must contain \"%1\"").arg(main));
+    variant.setDataFileName(dataFile.replace(main, extension));
+    QString textureFile = variant.textureFileName();
+    if (!textureFile.contains(main))
+        throw Error(Error::TextureFile, QStringLiteral("Texture file name must contain \"%1\"").arg(main));
+    variant.setTextureFileName(textureFile.replace(main, extension));
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "EdgeMap.h"
+#include "PackRect.h"
+
+#include <QSize>
+#include <QtGlobal>
+
+/// The space of one attempt of the maximal rectangles method (J. Jylänki, "A Thousand Ways to Pack the Bin",
+/// 2010): the free space is a list of overlapping maximal free rectangles, and each placement is the best
+/// among all that wait. The order of that list decides ties and so is part of the result. All measures in
+/// pixels.
+class MaxRectsBin {
+public:
+    /// Values of AlgorithmMaxRectsSettings::Heuristic; Best is not one way of scoring and has no place here.
+    enum Heuristic : int { ShortSideFit = 1, LongSideFit = 2, AreaFit = 3, BottomLeft = 4, ContactPoint = 5 };
+
+    /// Lower is better, `first` before `second`.
+    struct Score {
+        int first;
+        int second;
+
+        bool operator<(const Score& other) const {
+            return first < other.first || (first == other.first && second < other.second);
+        }
+    };
+    static constexpr Score noFit{2147483647, 2147483647};
+
+    MaxRectsBin(int width, int height, bool allowRotation);
+
+    /// Empties the bin and gives it a size. A side below 1 holds nothing.
+    void init(int width, int height, bool allowRotation);
+
+    /// Places rectangles of the given sizes, best first; `placed` gets them in placing order. What doesn't
+    /// fit is dropped.
+    void insert(const std::vector<QSize>& sizes, std::vector<PackRect>& placed, Heuristic heuristic);
+
+    /// The best place for a rectangle of this size, noFit in `score` if there is none.
+    PackRect score(int width, int height, Heuristic heuristic, Score& score) const;
+
+    /// Takes a rectangle out of the free space.
+    void placeRect(const PackRect& rect);
+
+    const std::vector<PackRect>& usedRectangles() const { return m_usedRectangles; }
+    const std::vector<PackRect>& freeRectangles() const { return m_freeRectangles; }
+
+private:
+    template <typename Rate>
+    PackRect search(int width, int height, Score& best, Rate rate) const;
+    qint64 contactScore(int x, int y, int width, int height) const;
+    bool split(const PackRect& free, const PackRect& used);
+    void appendMaximal();
+
+    int m_width = 0;
+    int m_height = 0;
+    bool m_allowRotation = false;
+    std::vector<PackRect> m_usedRectangles;
+    std::vector<PackRect> m_freeRectangles;
+    std::vector<PackRect> m_splitRectangles; ///< made by the splits of the current placement
+    EdgeMap m_leftEdges;
+    EdgeMap m_rightEdges;
+    EdgeMap m_topEdges;
+    EdgeMap m_bottomEdges;
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "SpriteTreeVisitor.h"
+
+#include <QList>
+
+/// Loads the files that changed: reads on all cores, takes the images in tree order, so that the result and
+/// the image cache's order are those of one file after the other.
+class LoadSpriteVisitor : public SpriteTreeVisitor {
+public:
+    void visitFile(SpriteFileNode& node) override;
+
+    /// To be called after the walk. Throws Error 54 if the image cache can't make room; what wasn't taken
+    /// then is read by the next load.
+    void load();
+
+private:
+    QList<SpriteFileNode*> m_toRead;
+};

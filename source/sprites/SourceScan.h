@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Patterns.h"
+
+#include <QFileInfo>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+class Settings;
+class SpriteBranchNode;
+class SpriteTreeNode;
+
+/// One walk over the file system: enters the files and folders of a project into a tree whose nodes are all
+/// unseen, and marks what it meets as seen.
+class SourceScan {
+public:
+    using Activity = std::function<void(int level, const QString& message)>;
+
+    SourceScan(const Settings& settings, const Activity& activity);
+
+    /// Enters one entry of the file list: a folder with all that is in it, or a file of any kind. Null if the
+    /// file is ignored. Throws Error 36 for a rule that can't be read, and for a movie in a program that
+    /// can't play it.
+    SpriteTreeNode* addEntry(const QString& path, SpriteBranchNode& root);
+
+private:
+    SpriteTreeNode* addFolder(const QString& path, const QString& prefix, SpriteBranchNode& parent,
+                              bool nested);
+    void addFiles(const QString& folder, const QString& prefix, SpriteBranchNode& parent);
+    void addSubfolders(const QString& folder, const QString& prefix, SpriteBranchNode& parent);
+    SpriteTreeNode* addFile(const QFileInfo& file, const QString& prefix, SpriteBranchNode& parent);
+    bool isIgnored(const QString& path) const;
+    QString renamed(const QString& name);
+    const std::vector<ReplaceRule>& replaceRules();
+
+    const Activity m_activity;
+    std::vector<WildcardPattern> m_ignored;
+    const QStringList m_ruleTexts;
+    std::optional<std::vector<ReplaceRule>> m_rules;
+    const QStringList m_nameFilters;
+    QStringList m_openFolders; ///< canonical paths of the folders that the walk is inside of
+};

@@ -1,0 +1,5 @@
+#include "SpriteReferenceNodeFlash.h"
+
+#include "SpriteTreeVisitor.h"
+
+void SpriteReferenceNodeFlash::accept(SpriteTreeVisitor& visitor) { visitor.visitFlashReference(*this); }

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "AttemptCache.h"
+#include "GFileName.h"
 #include "LayoutInputs.h"
 #include "PackedResult.h"
+#include "Sprite.h"
 #include "SpriteFileTreeModel.h"
 
 #include <QHash>

@@ -5,7 +5,6 @@
 #include "DataExporter.h"
 #include "DataExporterRegistry.h"
 #include "Error.h"
-#include "ImageExporter.h"
 #include "Settings.h"
 #include "SmartUpdate.h"
 #include "WriteTexture.h"
@@ -66,6 +65,8 @@ void PackerCore::writeData(const PackedTexture& texture) {
     try {
         writer.setInput(m_settings, texture);
         writer.setSmartUpdateKey(m_smartUpdateKey);
+        for (const QString& sentence : writer.duplicateNames())
+            emit warning(sentence);
         writer.write();
         if (!QFile::exists(fileName))
             throw Error(Error::DataFile, QStringLiteral("Failed to write file %1").arg(fileName));

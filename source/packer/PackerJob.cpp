@@ -192,8 +192,6 @@ void PackerJob::write() {
             1, QStringLiteral("Resulting sprite sheet is %1x%2.").arg(texture.width()).arg(texture.height()));
         m_core->writeTexture(texture);
         m_core->writeData(texture);
-        for (const QString& complaint : m_core->writeWarnings())
-            emit warning(complaint);
     }
     notePublish();
 }

@@ -83,7 +83,6 @@ private:
     void calculateLayout();
     void reportUnplaced();
     void write();
-    void warnOfEqualNames(const PackedTexture& texture);
     void warnOfOutputAmongSources();
     void deriveNextVariant();
     void finish();

@@ -2,23 +2,18 @@
 
 #include "OutputFile.h"
 #include "Settings.h"
+#include "TextDate.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLocale>
 #include <QStandardPaths>
 
 namespace SmartUpdate {
 
 namespace {
-
-/// The toolkit's text date form, without the user's language in it.
-QString textDate(const QDateTime& time) {
-    return QLocale::c().toString(time, QStringLiteral("ddd MMM d HH:mm:ss yyyy"));
-}
 
 /// The note's file. The path of the data file may hold anything, so its hash makes the name.
 QString noteFile(const QString& dataFile) {

@@ -8,14 +8,29 @@
 
 namespace {
 
-// Declarations inside the document are no part of a property list, and a few bytes of entities can expand to
-// gigabytes.
-void refuseDeclarations(const QByteArray& bytes) {
+[[noreturn]] void refuse(const QString& message) { throw Error(Error::Parse, message); }
+
+// Encodings in which an element's bracket is a bracket to whoever counts them.
+bool isPlainEncoding(const QStringRef& name) {
+    for (const char* plain : {"", "UTF-8", "UTF-16", "US-ASCII", "ISO-8859-1"})
+        if (name.compare(QLatin1String(plain), Qt::CaseInsensitive) == 0)
+            return true;
+    return false;
+}
+
+// What stands before the root element. Declarations inside the document are no part of a property list, and a
+// few bytes of entities can expand to gigabytes.
+void checkProlog(const QByteArray& bytes) {
     QXmlStreamReader stream(bytes);
-    while (!stream.atEnd() && stream.readNext() != QXmlStreamReader::StartElement)
+    while (!stream.atEnd() && stream.readNext() != QXmlStreamReader::StartElement) {
+        if (stream.isStartDocument() && !isPlainEncoding(stream.documentEncoding()))
+            refuse(QStringLiteral("Encoding %1 is not supported").arg(stream.documentEncoding()));
         if (stream.isDTD() && stream.text().contains(QLatin1Char('[')))
-            throw Error(Error::Parse,
-                        QStringLiteral("Declarations inside a property list are not supported"));
+            refuse(QStringLiteral("Declarations inside a property list are not supported"));
+    }
+    // A document that merely ends too early gets the other parser's words.
+    if (stream.hasError() && stream.error() != QXmlStreamReader::PrematureEndOfDocumentError)
+        refuse(stream.errorString());
 }
 
 QVariant readValue(const QDomElement& element);
@@ -24,7 +39,7 @@ QVariantHash readDictionary(const QDomElement& dictionary) {
     QVariantHash values;
     for (QDomElement key = dictionary.firstChildElement(); !key.isNull();) {
         if (key.tagName() != QLatin1String("key"))
-            throw Error(Error::Parse, QStringLiteral("<key> missign in <dict>"));
+            refuse(QStringLiteral("<key> missign in <dict>"));
         const QDomElement value = key.nextSiblingElement();
         values.insert(key.text(), readValue(value));
         key = value.nextSiblingElement();
@@ -52,24 +67,23 @@ QVariant readValue(const QDomElement& element) {
     if (name == QLatin1String("false"))
         return false;
     if (name == QLatin1String("date"))
-        throw Error(Error::Parse, QStringLiteral("<date> not yet supported"));
+        refuse(QStringLiteral("<date> not yet supported"));
     if (name == QLatin1String("array"))
         return readArray(element);
     if (name == QLatin1String("dict"))
         return readDictionary(element);
-    throw Error(Error::Parse, QStringLiteral("Unknown element type <%1>").arg(name));
+    refuse(QStringLiteral("Unknown element type <%1>").arg(name));
 }
 
 } // namespace
 
 QVariantHash PlistReader::read(QIODevice& device) {
     QByteArray bytes = device.readAll();
-    refuseDeclarations(bytes);
+    checkProlog(bytes);
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     const QDomElement plist = parseXml(buffer).firstChildElement(QStringLiteral("plist"));
     if (plist.isNull())
-        throw Error(Error::Parse,
-                    QStringLiteral("No <plist> element found at the top-level of the XML file!"));
+        refuse(QStringLiteral("No <plist> element found at the top-level of the XML file!"));
     return readValue(plist.firstChildElement(QStringLiteral("dict"))).toHash();
 }

@@ -10,6 +10,6 @@ class PlistReader {
 public:
     /// The top dictionary of an open device: QString, double, int, bool, QVariantList and QVariantHash. Of
     /// pairs with one key the last counts. Throws Error 39 for what isn't XML, isn't a property list,
-    /// holds declarations or nests too deep (see parseXml()).
+    /// holds declarations, has an unusual encoding or nests too deep (see parseXml()).
     static QVariantHash read(QIODevice& device);
 };

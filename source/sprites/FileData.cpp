@@ -1,7 +1,8 @@
 #include "FileData.h"
 
+#include "TextDate.h"
+
 #include <QFileInfo>
-#include <QLocale>
 
 namespace {
 
@@ -21,15 +22,9 @@ State stateOnDisk(const QString& path) {
     return {info.size(), lastModified, info.birthTime()};
 }
 
-// The toolkit's text date form, in a locale that is the same for everybody.
-QString dateText(const QDateTime& time) {
-    return time.isValid() ? QLocale::c().toString(time, QStringLiteral("ddd MMM d HH:mm:ss yyyy"))
-                          : QString();
-}
-
 QString lineText(const QString& path, const State& state) {
     return QStringLiteral("%1|%2|%3|%4")
-        .arg(path, QString::number(state.size), dateText(state.lastModified), dateText(state.created));
+        .arg(path, QString::number(state.size), textDate(state.lastModified), textDate(state.created));
 }
 
 } // namespace

@@ -192,6 +192,10 @@ TEST(PlistReaderTest, refusals) {
 TEST(PlistReaderTest, hostileDocuments) {
     EXPECT_EQ(failure(nested(100)), QString());
     EXPECT_NE(failure(nested(100'000)), QString());
+    EXPECT_EQ(
+        failure("<?xml version='1.0' encoding='UTF-7'?>" + nested(100'000).replace("<array>", "+ADw-array>")),
+        QStringLiteral("Encoding UTF-7 is not supported"));
+    EXPECT_EQ(failure("<?xml version='1.0' encoding='utf-8'?>" + nested(1)), QString());
     const QByteArray body = "<plist><dict><key>a</key><string>&a;</string></dict></plist>";
     for (const char* declarations :
          {"[<!ENTITY a \"x\">]", "SYSTEM \"x\" [<!ENTITY a SYSTEM \"file:///etc/hostname\">]",

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "OutputFile.h"
+
+#include <QTextStream>
+
+/// A data file in UTF-8, without a byte order mark, that appears under its name when it is complete. An
+/// object that dies without commit() leaves what stood there before.
+class DataFile {
+public:
+    /// Opens the file. `failure` is the sentence for the user of every fault, with %1 for the file's name.
+    /// Throws Error (DataFile).
+    DataFile(const QString& fileName, const QString& failure);
+
+    /// For formats that are written line by line.
+    QTextStream& text() { return m_text; }
+
+    /// For formats with a writer of their own.
+    QIODevice& device() { return m_file.device(); }
+
+    /// Completes the file. Throws Error (DataFile), on a full disk for instance.
+    void commit();
+
+private:
+    [[noreturn]] void fail() const;
+
+    QString m_fileName;
+    QString m_failure;
+    OutputFile m_file;
+    QTextStream m_text;
+};

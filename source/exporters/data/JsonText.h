@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+#include <QString>
+
+class DataExporter;
+class QTextStream;
+
+/// The pieces that the JSON formats are made of. Their spacing is part of the formats: readers compare it.
+namespace JsonText {
+
+QString rect(const QRect& rect);
+QString size(QSize size);
+QString point(QPoint point);
+QString boolean(bool value);
+
+/// A text as it stands between double quotes.
+QString escaped(QString text);
+
+/// The first six lines of the meta block, from its opening to the size of the sheet. `image` goes out as it
+/// is.
+void writeMetaHead(QTextStream& stream, const DataExporter& exporter, const QString& image);
+
+} // namespace JsonText

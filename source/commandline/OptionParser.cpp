@@ -156,9 +156,10 @@ QString nearestOption(const QString& mistyped) {
     QString nearest;
     int distance = 2 + typed.size() / 6;
     for (const Option& option : optionTable()) {
-        if (option.help.section == OptionSection::Hidden)
-            continue;
         const int other = editDistance(typed, option.name);
+        // A flag that stands twice is left over under its right name: nothing nearer can be meant.
+        if (other == 0 && typed == mistyped)
+            return {};
         if (other < distance) {
             distance = other;
             nearest = option.name;

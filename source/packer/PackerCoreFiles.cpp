@@ -5,6 +5,7 @@
 #include "DataExporter.h"
 #include "DataExporterRegistry.h"
 #include "Error.h"
+#include "OutputFile.h"
 #include "Settings.h"
 #include "SmartUpdate.h"
 #include "WriteTexture.h"
@@ -12,16 +13,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-
-namespace {
-
-/// A publish never removes what isn't a plain file: a device or a folder stays, whatever the user's rights.
-void removeFile(const QString& name) {
-    if (!name.isEmpty() && QFileInfo(name).isFile())
-        QFile::remove(name);
-}
-
-} // namespace
 
 QString PackerCore::tokenFor(const QString& sourcesText) const {
     const DataExporter* found = DataExporterRegistry::instance().find(m_settings->dataFormat());
@@ -46,8 +37,8 @@ void PackerCore::prepareOutputFiles() {
         m_settings->setDataFileName(exporter().defaultFileName());
     if (m_settings->textureFileName().isEmpty())
         m_settings->setTextureFileName(QStringLiteral("out.png"));
-    removeFile(m_settings->textureFileName());
-    removeFile(m_settings->dataFileName());
+    OutputFile::remove(m_settings->textureFileName());
+    OutputFile::remove(m_settings->dataFileName());
 }
 
 void PackerCore::writeTexture(const PackedTexture& texture) {
@@ -71,7 +62,7 @@ void PackerCore::writeData(const PackedTexture& texture) {
         if (!QFile::exists(fileName))
             throw Error(Error::DataFile, QStringLiteral("Failed to write file %1").arg(fileName));
     } catch (const Error&) {
-        removeFile(fileName);
+        OutputFile::remove(fileName);
         throw;
     }
 }

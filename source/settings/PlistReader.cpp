@@ -3,35 +3,11 @@
 #include "Error.h"
 #include "XmlDocument.h"
 
-#include <QBuffer>
-#include <QXmlStreamReader>
+#include <QIODevice>
 
 namespace {
 
 [[noreturn]] void refuse(const QString& message) { throw Error(Error::Parse, message); }
-
-// Encodings in which an element's bracket is a bracket to whoever counts them.
-bool isPlainEncoding(const QStringRef& name) {
-    for (const char* plain : {"", "UTF-8", "UTF-16", "US-ASCII", "ISO-8859-1"})
-        if (name.compare(QLatin1String(plain), Qt::CaseInsensitive) == 0)
-            return true;
-    return false;
-}
-
-// What stands before the root element. Declarations inside the document are no part of a property list, and a
-// few bytes of entities can expand to gigabytes.
-void checkProlog(const QByteArray& bytes) {
-    QXmlStreamReader stream(bytes);
-    while (!stream.atEnd() && stream.readNext() != QXmlStreamReader::StartElement) {
-        if (stream.isStartDocument() && !isPlainEncoding(stream.documentEncoding()))
-            refuse(QStringLiteral("Encoding %1 is not supported").arg(stream.documentEncoding()));
-        if (stream.isDTD() && stream.text().contains(QLatin1Char('[')))
-            refuse(QStringLiteral("Declarations inside a property list are not supported"));
-    }
-    // A document that merely ends too early gets the other parser's words.
-    if (stream.hasError() && stream.error() != QXmlStreamReader::PrematureEndOfDocumentError)
-        refuse(stream.errorString());
-}
 
 QVariant readValue(const QDomElement& element);
 
@@ -78,11 +54,7 @@ QVariant readValue(const QDomElement& element) {
 } // namespace
 
 QVariantHash PlistReader::read(QIODevice& device) {
-    QByteArray bytes = device.readAll();
-    checkProlog(bytes);
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    const QDomElement plist = parseXml(buffer).firstChildElement(QStringLiteral("plist"));
+    const QDomElement plist = parseXml(device).firstChildElement(QStringLiteral("plist"));
     if (plist.isNull())
         refuse(QStringLiteral("No <plist> element found at the top-level of the XML file!"));
     return readValue(plist.firstChildElement(QStringLiteral("dict"))).toHash();

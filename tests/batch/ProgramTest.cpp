@@ -27,13 +27,12 @@ struct Outcome {
 class Program : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_FALSE(program().isEmpty()) << "SORVANE_PROGRAM has to name the program";
         QDir(m_folder.path()).mkpath(u("sprites/deep"));
         addSprite("red.png", QSize(20, 10), 0xffff0000);
         addSprite("deep/blue.png", QSize(8, 30), 0xff0000ff);
     }
 
-    static QString program() { return qEnvironmentVariable("SORVANE_PROGRAM"); }
+    static QString program() { return QStringLiteral(SORVANE_PROGRAM); }
 
     QString path(const char* name) const { return m_folder.filePath(u(name)); }
 
@@ -95,10 +94,10 @@ TEST_F(Program, packsAFolderAndThenHasNothingToDo) {
     Outcome first = run(line);
     EXPECT_EQ(first.status, 0) << qPrintable(first.err);
     EXPECT_EQ(first.err, QString());
-    EXPECT_EQ(first.out, u("Resulting sprite sheet is 32x64.\nWriting sprite sheet to out.png\n"
+    EXPECT_EQ(first.out, u("Resulting sprite sheet is 16x64.\nWriting sprite sheet to out.png\n"
                            "Writing data for json to out.json\n"));
     EXPECT_EQ(frames("out.json"), (QStringList{u("deep/blue.png"), u("red.png")}));
-    EXPECT_EQ(QImage(path("out.png")).size(), QSize(32, 64));
+    EXPECT_EQ(QImage(path("out.png")).size(), QSize(16, 64));
     const QByteArray data = content("out.json"), sheet = content("out.png");
 
     const Outcome second = run(line);
@@ -136,7 +135,8 @@ TEST_F(Program, badSourcesAreNamedAndTheOthersPacked) {
             QByteArray::fromHex("89504e470d0a1a0a0000000d494844520000ea600000ea6008060000005f0b4a45"));
     const Outcome outcome = run("--format json --data out.json --sheet out.png sprites none.png");
     EXPECT_EQ(outcome.status, 0);
-    const QStringList lines = outcome.err.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    // libpng adds a word of its own.
+    const QStringList lines = outcome.err.split(QLatin1Char('\n')).filter(u("Sorvane::"));
     ASSERT_EQ(lines.size(), 3) << qPrintable(outcome.err);
     for (const char* name : {"broken.png", "huge.png", "none.png"})
         EXPECT_EQ(

@@ -31,9 +31,9 @@ TEST(PackerJob, publishesInOrder) {
                                   u("2 Optimizing sprites"),
                                   u("2 Collecting aliases"),
                                   u("2 Calculating layout"),
-                                  u("2 Best result: 32x64. Optimizing..."),
-                                  u("sheet 32x64"),
-                                  u("1 Resulting sprite sheet is 32x64."),
+                                  u("2 Best result: 16x64. Optimizing..."),
+                                  u("sheet 16x64"),
+                                  u("1 Resulting sprite sheet is 16x64."),
                                   u("1 Writing sprite sheet to ") + project.path(u("out/sheet.png")),
                                   u("1 Writing data for json to ") + project.path(u("out/sheet.json")),
                                   u("done")};
@@ -46,7 +46,7 @@ TEST(PackerJob, publishesInOrder) {
     const auto frames =
         QJsonDocument::fromJson(project.content(u("out/sheet.json"))).object().value(u("frames")).toObject();
     EXPECT_EQ(frames.keys(), (QStringList{u("blue.png"), u("red.png")}));
-    EXPECT_EQ(QImage(project.path(u("out/sheet.png"))).size(), QSize(32, 64));
+    EXPECT_EQ(QImage(project.path(u("out/sheet.png"))).size(), QSize(16, 64));
 }
 
 TEST(PackerJob, previewWritesNothing) {
@@ -125,7 +125,7 @@ TEST(PackerJob, aliases) {
 
 TEST(PackerJob, spritesThatDoNotFit) {
     TestProject project;
-    project.settings.setMaxTextureSize(QSize(32, 32));
+    project.settings.setMaxTextureSize(QSize(64, 64));
     project.addSprite(u("large.png"), QSize(100, 100), 0xff00ff00);
     const QStringList log = project.run();
     const int error = log.indexOf(u("error Not all sprites could be packed into the texture!"));
@@ -182,7 +182,7 @@ TEST(PackerJob, abortWhileLoadingEndsAfterTheTreeReports) {
     EXPECT_FALSE(log.contains(u("2 Synchronizing sprite data")));
     EXPECT_EQ(log.last(), u("done"));
     EXPECT_FALSE(project.exists(u("out")));
-    EXPECT_TRUE(project.run().contains(u("sheet 32x64"))) << "the next job is a whole one";
+    EXPECT_TRUE(project.run().contains(u("sheet 16x64"))) << "the next job is a whole one";
 }
 
 TEST(PackerJob, jobWithoutSprites) {

@@ -201,6 +201,6 @@ TEST(PlistReaderTest, hostileDocuments) {
          {"[<!ENTITY a \"x\">]", "SYSTEM \"x\" [<!ENTITY a SYSTEM \"file:///etc/hostname\">]",
           "[<!ENTITY % p \"<!ENTITY a 'x'>\"> %p;]"})
         EXPECT_EQ(failure("<!DOCTYPE plist " + QByteArray(declarations) + ">" + body),
-                  QStringLiteral("Declarations inside a property list are not supported"))
+                  QStringLiteral("Declarations inside a document are not supported"))
             << declarations;
 }

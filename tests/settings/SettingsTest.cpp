@@ -304,6 +304,11 @@ TEST(ProjectFile, refusesWhatIsWrong) {
     };
     EXPECT_EQ(errorOf(writeFile(folder, "<?xml version=\"1.0\"?><plist/>")).message(),
               QStringLiteral("No <data> element found at the top-level of the file (plist)!"));
+    EXPECT_EQ(errorOf(writeFile(folder, "<?xml version=\"1.0\"?><!DOCTYPE data [<!ENTITY a \"x\">]><data/>"))
+                  .code(),
+              39);
+    // An encoding that hides brackets from whoever counts them.
+    EXPECT_EQ(errorOf(writeFile(folder, "<?xml version=\"1.0\" encoding=\"UTF-7\"?><data/>")).code(), 39);
     EXPECT_EQ(errorOf(writeFile(folder, " <?xml version=\"1.0\"?><data/>")).message(),
               QStringLiteral("File format error"));
     const Error missing = errorOf(folder.filePath(QStringLiteral("none.svs")));

@@ -353,6 +353,15 @@ TEST_F(SpriteTreeTest, hashTextTellsTheFiles) {
     EXPECT_EQ(model.currentHashText().split('\n').first(), a + "|0||"_q);
 }
 
+TEST_F(SpriteTreeTest, interruptedLoadIsMadeUpFor) {
+    SpriteFileNode node("a.png"_q, "a.png"_q, FileData(file("a.png"_q)));
+    EXPECT_TRUE(node.needsReading());
+    EXPECT_TRUE(node.needsReading()) << "the change was noted, but no image was taken";
+    node.load();
+    EXPECT_FALSE(node.image().isNull());
+    EXPECT_FALSE(node.needsReading());
+}
+
 TEST_F(SpriteTreeTest, manyFilesComeInOrder) {
     QStringList expected;
     for (int i = 0; i < 300; ++i) {

@@ -18,11 +18,20 @@ OutputFile::~OutputFile() = default;
 bool OutputFile::open() { return m_device->open(QIODevice::WriteOnly); }
 
 bool OutputFile::commit() {
-    if (!m_direct)
-        return static_cast<QSaveFile&>(*m_device).commit();
+    // Flushed here, since the rename doesn't look at what the last flush reports.
     const bool written = m_device->flush() && m_device->error() == QFileDevice::NoError;
-    m_device->close();
-    return written;
+    if (!written)
+        cancel();
+    if (m_direct) {
+        m_device->close();
+        return written;
+    }
+    return written && static_cast<QSaveFile&>(*m_device).commit();
+}
+
+void OutputFile::remove(const QString& fileName) {
+    if (!fileName.isEmpty() && QFileInfo(fileName).isFile())
+        QFile::remove(fileName);
 }
 
 void OutputFile::cancel() {

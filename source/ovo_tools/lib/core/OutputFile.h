@@ -27,6 +27,9 @@ public:
     /// Gives up what was written.
     void cancel();
 
+    /// Removes an output file. What is no plain file (a device, a folder) stays, whatever the user's rights.
+    static void remove(const QString& fileName);
+
     QString errorString() const { return m_device->errorString(); }
 
 private:

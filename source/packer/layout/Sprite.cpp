@@ -67,7 +67,8 @@ bool Recipe::take(const Settings& settings) {
     changed |= assign(commonDivisorY, length(settings.commonDivisorY()));
     changed |= assign(trimMode, sprite.trimMode());
     changed |= assign(extrude, length(sprite.extrude()));
-    changed |= assign(trimThreshold, length(sprite.trimThreshold()));
+    // As a signed number: no alpha lies under a threshold below zero.
+    changed |= assign(trimThreshold, static_cast<int>(sprite.trimThreshold()));
     changed |= assign(innerPadding, length(sprite.innerPadding()));
     changed |= assign(shapeDebug, settings.shapeDebug());
     changed |= assign(outputFormat, settings.outputFormat());
@@ -116,6 +117,11 @@ QImage cut(const QImage& image, const Recipe& recipe, Prepared& prepared) {
 Prepared prepare(const GCachedImage& source, const Recipe& recipe) {
     Prepared prepared;
     QImage image = enlarged(source, recipe, recipe.scale, recipe.extrude);
+    if (image.isNull())
+        throw Error(Error::ScaledSprite,
+                    QStringLiteral("Nothing is left of the sprite at a scale of %1; choose a "
+                                   "larger one (--scale)")
+                        .arg(recipe.scale));
     image = SpritePreparation::addInnerPadding(cut(image, recipe, prepared), recipe.innerPadding);
     // The inner padding counts, the extruded pixels, which came in before the size was taken, don't.
     const int change = 2 * (recipe.innerPadding - recipe.extrude);

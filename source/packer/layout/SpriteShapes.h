@@ -8,7 +8,7 @@
 
 class Sprite;
 
-/// What an attempt needs to know of a sprite: its name, its id and aliases through the sprite, and the padded size.
+/// What an attempt needs to know of a sprite before it makes a result.
 struct SpriteShape {
     QString name;
     int width;  ///< padded, in pixels
@@ -19,8 +19,8 @@ struct SpriteShape {
     }
 };
 
-/// The shapes of a list of sprites, read once and shared by all attempts with that list. Immutable, so threads may
-/// read them while sprites change.
+/// The shapes of a list of sprites, read once and shared by all attempts with that list. Never changed, so
+/// that threads may read them while sprites change.
 class SpriteShapes {
 public:
     explicit SpriteShapes(const QList<Sprite>& sprites);

@@ -25,60 +25,74 @@ public:
 } // namespace
 
 TEST(DataExporterRegistry, listsTheFormatsInTheirOrder) {
-    // Identity and capabilities as projects and scripts know them: id, name, filter, extension, default file,
-    // trimming, rotation, NPOT, trimmed names.
+    // Identity and capabilities as projects and scripts know them: id, name, description, filter, extension,
+    // default file; trimming (t: but not by itself on the command line), rotation (r: counter-clockwise),
+    // NPOT; editors of the texture's path, of trimmed names, of libGDX and AndEngine.
     const char* const rows[] = {
-        "cocos2d|cocos2d|Cocos2d plist (*.plist)|plist|out.plist|TR-N",
-        "cocos2d-0.99.4|cocos2d-0.99.4|Cocos2d plist (*.plist)|plist|out.plist|T--N",
-        "cocos2d-original|cocos2d-original|Cocos2d plist (*.plist)|plist|out.plist|T--N",
-        "json|JSON (Hash)|JSON (*.json)|json|out.json|TR--",
-        "unity|Unity3D|Unity (*.txt)|txt|out.json|TR--",
-        "json-array|JSON (Array)|JSON (*.json)|json|out.json|TR--",
-        "bhive|BHive|BHive (*.json)|json|out.json|TR-N",
+        "cocos2d|cocos2d|plist format for cocos2d|Cocos2d plist (*.plist)|plist|out.plist|TR-/pn--",
+        "cocos2d-0.99.4|cocos2d-0.99.4|plist format for 'old' cocos2d|"
+        "Cocos2d plist (*.plist)|plist|out.plist|T--/pn--",
+        "cocos2d-original|cocos2d-original|plist format for 'old' (original version)|"
+        "Cocos2d plist (*.plist)|plist|out.plist|T--/pn--",
+        "corona|Corona TM SDK|lua file for Corona TM SDK|Corona TM SDK Lua (*.lua)|lua|out.lua|T--/p---",
+        "sparrow|Sparrow / Starling|xml file for Sparrow/Starling SDK|Sparrow XML "
+        "(*.xml)|xml|out.xml|T--/p---",
+        "libgdx|LibGDX|text file for lib GDX|Lib GDX (*.txt)|txt|pack|Tr-/p-g-",
+        "json|JSON (Hash)|text file for json/html as hash|JSON (*.json)|json|out.json|TR-/p---",
+        "unity|Unity3D|text file for Unity3D, json format but .txt ending|"
+        "Unity (*.txt)|txt|out.json|TR-/p---",
+        "json-array|JSON (Array)|text file for json/html as array|JSON (*.json)|json|out.json|TR-/p---",
+        "css|css|css format for web design|CSS (*.css)|css|out.css|--P/----",
+        "gideros|Gideros|Format for Gideros|Gideros (*.txt)|txt|out.txt|T--/p---",
+        "cegui|CEGUI / OGRE|Format for CEGUI / OGRE|CEGUI (*.xml)|xml|out.xml|---/pn--",
+        "andengine|AndEngine|Format for AndEngine|AndEngine (*.xml)|xml|out.xml|tR-/pn-a",
+        "agk|AppGameKit|Format for AppGameKit|AppGameKit (*.txt)|txt|out.txt|---/pn--",
+        "slick2d|Slick2D|Format for Slick2D|Slick2D (*.def)|def|out.def|---/pn--",
+        "moai|Moai|Format for Moai|Moai (*.lua)|lua|out.lua|TR-/pn--",
+        "bhive|BHive|Format for BHive|BHive (*.json)|json|out.json|TR-/pn--",
+        "xml|Generic XML|Generic XML format|XML (*.xml)|xml|out.xml|TR-/pn--",
     };
-    QStringList known = registry().ids();
-    for (const char* row : rows) {
-        const QStringList fields = QString::fromLatin1(row).split(QLatin1Char('|'));
-        const DataExporter* exporter = registry().find(fields[0]);
-        ASSERT_TRUE(exporter) << row;
-        EXPECT_EQ(exporter->displayName(), fields[1]);
-        EXPECT_EQ(exporter->fileFilter(), fields[2]);
-        EXPECT_EQ(exporter->fileExtension(), fields[3]);
-        EXPECT_EQ(exporter->defaultFileName(), fields[4]);
-        const QString flags =
-            QString(exporter->supportsTrimming() ? "T" : "-") + (exporter->supportsRotation() ? "R" : "-") +
-            (exporter->supportsNPOT() ? "P" : "-") + (exporter->showsTrimNames() ? "N" : "-");
-        EXPECT_EQ(flags, fields[5]) << row;
-        EXPECT_EQ(exporter->rotationDirection(), 0);
-        EXPECT_TRUE(exporter->canTrim());
-        EXPECT_FALSE(exporter->isTemplateBased());
-        EXPECT_TRUE(exporter->showsTexturePath());
-        EXPECT_EQ(registry().findFormat(fields[0])->supportsRotation, exporter->supportsRotation());
-        // In the order of the table.
-        const int position = known.indexOf(fields[0]);
-        ASSERT_GE(position, 0) << row;
-        known = known.mid(position + 1);
+    const DataExporterRegistry formats;
+    QStringList described;
+    for (const DataExporter* format : formats.exporters()) {
+        const auto flag = [](bool set, const char* letter) { return QLatin1String(set ? letter : "-"); };
+        const QString flags = flag(format->supportsTrimming(), format->canTrim() ? "T" : "t") +
+                              flag(format->supportsRotation(), format->rotationDirection() ? "r" : "R") +
+                              flag(format->supportsNPOT(), "P") + QLatin1Char('/') +
+                              flag(format->showsTexturePath(), "p") + flag(format->showsTrimNames(), "n") +
+                              flag(format->showsLibGdxFiltering(), "g") +
+                              flag(format->showsAndEngineOptions(), "a");
+        described.append(QStringList{format->id(), format->displayName(), format->description(),
+                                     format->fileFilter(), format->fileExtension(), format->defaultFileName(),
+                                     flags}
+                             .join(QLatin1Char('|')));
+        EXPECT_FALSE(format->isTemplateBased());
+        EXPECT_EQ(formats.findFormat(format->id())->canTrim, format->canTrim());
     }
+    ASSERT_EQ(described.size(), int(std::size(rows)));
+    for (int i = 0; i < described.size(); ++i)
+        EXPECT_EQ(described[i].toStdString(), rows[i]);
 }
 
 TEST(DataExporterRegistry, findsByIdInItsCaseAndByAliasInAny) {
-    EXPECT_TRUE(registry().find(QStringLiteral("json")));
-    EXPECT_FALSE(registry().find(QStringLiteral("JSON")));
-    EXPECT_FALSE(registry().find(QString()));
-    EXPECT_FALSE(registry().findFormat(QStringLiteral("JSON")));
+    DataExporterRegistry formats;
+    EXPECT_TRUE(formats.find(QStringLiteral("json")));
+    EXPECT_FALSE(formats.find(QStringLiteral("JSON")));
+    EXPECT_FALSE(formats.find(QString()));
+    EXPECT_FALSE(formats.findFormat(QStringLiteral("JSON")));
 
-    registry().add(std::make_unique<NamedExporter>(
+    formats.add(std::make_unique<NamedExporter>(
         "test-own", QStringList{QStringLiteral("Json"), QStringLiteral("OLD-own")}, "JSON (a)"));
-    EXPECT_EQ(registry().find(QStringLiteral("old-OWN"))->id(), QStringLiteral("test-own"));
-    EXPECT_EQ(registry().find(QStringLiteral("json"))->id(), QStringLiteral("json"));
-    EXPECT_EQ(registry().find(QStringLiteral("JSON"))->id(), QStringLiteral("test-own"));
-    EXPECT_EQ(registry().ids().last(), QStringLiteral("test-own"));
+    EXPECT_EQ(formats.find(QStringLiteral("old-OWN"))->id(), QStringLiteral("test-own"));
+    EXPECT_EQ(formats.find(QStringLiteral("json"))->id(), QStringLiteral("json"));
+    EXPECT_EQ(formats.find(QStringLiteral("JSON"))->id(), QStringLiteral("test-own"));
+    EXPECT_EQ(formats.ids().last(), QStringLiteral("test-own"));
 
     QStringList names;
-    for (const DataExporter* exporter : registry().sortedExporters())
+    for (const DataExporter* exporter : formats.sortedExporters())
         names.append(exporter->displayName().toLower());
     EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
-    EXPECT_EQ(names.size(), registry().exporters().size());
+    EXPECT_EQ(names.size(), formats.exporters().size());
     EXPECT_LT(names.indexOf(QStringLiteral("json (a)")), names.indexOf(QStringLiteral("json (array)")));
 }
 
@@ -117,10 +131,34 @@ TEST(DataExporter, tellsNamesThatFallTogether) {
     settings.setTrimSpriteNames(true);
     EXPECT_EQ(exporter.duplicateNames(),
               QStringList(QStringLiteral("Sprites with the same name \"a\" in the data file: a.bmp, a.png")));
-    // A format that always lists full names has no such trouble.
-    DataExporter* bhive = registry().find(QStringLiteral("bhive"));
-    bhive->setInput(&settings, texture);
-    EXPECT_TRUE(bhive->duplicateNames().isEmpty());
+    // Formats that name sprites in a way of their own.
+    struct Row {
+        const char* format;
+        QStringList sprites;
+        const char* fallTogether; ///< null: they don't
+    };
+    const Row rows[] = {{"bhive", {"a.png", "a.bmp"}, nullptr},
+                        {"sparrow", {"a.png", "a.bmp"}, "a"},
+                        {"cegui", {"a.png", "a.bmp"}, "a"},
+                        {"andengine", {"x/a-b.png", "x_A_b"}, "X_A_B"},
+                        {"gideros", {"a/b", "a\\b", "a_b"}, "a_b"},
+                        {"libgdx", {"walk_01.png", "walk_1"}, "walk_1"},
+                        {"libgdx", {"walk_01", "walk_01_"}, nullptr},
+                        {"css", {"a b-hover", "a/b-hover.png"}, "a-b:hover"},
+                        {"css", {"a-hover.png", "a", "A-hover"}, nullptr}};
+    settings.setTrimSpriteNames(false);
+    for (const Row& row : rows) {
+        DataExporter* format = registry().find(QLatin1String(row.format));
+        format->setInput(&settings, sheetOf(row.sprites));
+        QStringList expected;
+        if (row.fallTogether) {
+            QStringList sorted = row.sprites;
+            sorted.sort();
+            expected.append(QStringLiteral("Sprites with the same name \"%1\" in the data file: %2")
+                                .arg(QLatin1String(row.fallTogether), sorted.join(QStringLiteral(", "))));
+        }
+        EXPECT_EQ(format->duplicateNames(), expected) << row.format;
+    }
 }
 
 TEST(DataExporter, carriesTheStampOfTheSources) {
@@ -134,10 +172,23 @@ TEST(DataExporter, leavesNoHalfWrittenFile) {
         const char* format;
         const char* message;
     };
-    const Row rows[] = {
-        {"cocos2d", "Failed to write plist file %1"}, {"cocos2d-original", "Failed to write plist file %1"},
-        {"json", "Failed to write json file %1"},     {"json-array", "Failed to write json file %1"},
-        {"unity", "Failed to write json file %1"},    {"bhive", "Failed to write json file %1"}};
+    const Row rows[] = {{"cocos2d", "Failed to write plist file %1"},
+                        {"cocos2d-original", "Failed to write plist file %1"},
+                        {"json", "Failed to write json file %1"},
+                        {"json-array", "Failed to write json file %1"},
+                        {"unity", "Failed to write json file %1"},
+                        {"bhive", "Failed to write json file %1"},
+                        {"corona", "Failed to write lua file %1"},
+                        {"moai", "Failed to write lua file %1"},
+                        {"sparrow", "Failed to write xml file %1"},
+                        {"cegui", "Failed to write xml file %1"},
+                        {"xml", "Failed to write xml file %1"},
+                        {"andengine", "Failed to write xml file %1"},
+                        {"libgdx", "Failed to write xml file %1"},
+                        {"css", "Failed to write css file %1"},
+                        {"agk", "Failed to write agk file %1"},
+                        {"slick2d", "Failed to write agk file %1"},
+                        {"gideros", "Failed to write giderous output file %1"}};
     Settings settings;
     QTemporaryDir folder;
     const QString missing = folder.filePath(QStringLiteral("missing/out"));

@@ -1,5 +1,5 @@
-// publish_parts FOLDER SHEET: the time of what no publish can do without: decoding the images of the folder on all cores and
-// encoding the sheet, each in seconds.
+// publish_parts FOLDER SHEET: the time of what no publish can do without: decoding the images of the folder
+// on all cores and encoding the sheet, each in seconds.
 
 #include "ImageLoader.h"
 
@@ -41,7 +41,7 @@ int main(int argc, char** argv) {
     const bool written = writer.write(sheet.convertToFormat(QImage::Format_ARGB32));
     const double encoding = double(timer.nsecsElapsed()) / 1e9;
 
-    std::printf("%d images decoded in %.3f s, sheet of %d x %d encoded in %.3f s, together %.3f s\n", images.size(), decoding,
-                sheet.width(), sheet.height(), encoding, decoding + encoding);
+    std::printf("%d images decoded in %.3f s, sheet of %d x %d encoded in %.3f s, together %.3f s\n",
+                images.size(), decoding, sheet.width(), sheet.height(), encoding, decoding + encoding);
     return written ? 0 : 1;
 }

@@ -2,18 +2,30 @@
 
 #include "NewImage.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
 namespace {
 
-/// Red, green, blue and alpha. Not cut to the range of bytes while errors arrive.
-using Channels = std::array<float, 4>;
+/// Red, green, blue and alpha. Not cut to the range of bytes while errors arrive. A vector of the compiler,
+/// since one pixel's four channels are all that there is to do at once: each pixel waits for the one before.
+using Channels [[gnu::vector_size(16)]] = float;
+using Bytes [[gnu::vector_size(16)]] = int;
 constexpr int alphaChannel = 3;
 
 Channels channels(QRgb pixel) {
-    return {static_cast<float>(qRed(pixel)), static_cast<float>(qGreen(pixel)),
-            static_cast<float>(qBlue(pixel)), static_cast<float>(qAlpha(pixel))};
+    return Channels{static_cast<float>(qRed(pixel)), static_cast<float>(qGreen(pixel)),
+                    static_cast<float>(qBlue(pixel)), static_cast<float>(qAlpha(pixel))};
+}
+
+/// byteOf() for four channels.
+Bytes bytesOf(Channels value) {
+    const Channels low{};
+    const Channels high = low + 255.0F;
+    value = value > low ? value : low;
+    value = value < high ? value : high;
+    return __builtin_convertvector(value + 0.5F, Bytes);
 }
 
 /// One receiver of an error, relative to the pixel that made it.
@@ -57,41 +69,46 @@ private:
     std::array<std::vector<Channels>, 3> m_rows;
 };
 
-/// What is the same for all pixels of an image.
+/// What is the same for all pixels of an image. The tables stand as floats, so that no conversion is in the
+/// way.
 struct Task {
-    ChannelTables tables;
+    explicit Task(const ChannelTables& tables, bool alphaToo, bool multiply)
+        : diffuseAlpha(alphaToo), premultiply(multiply) {
+        const ReductionTable* const bytes[]{&tables.red, &tables.green, &tables.blue, &tables.alpha};
+        for (size_t channel = 0; channel < 4; ++channel)
+            std::copy(bytes[channel]->begin(), bytes[channel]->end(), levels[channel].begin());
+    }
+
+    Channels reduced(const Channels& value) const {
+        const Bytes bytes = bytesOf(value);
+        return Channels{levels[0][bytes[0]], levels[1][bytes[1]], levels[2][bytes[2]], levels[3][bytes[3]]};
+    }
+
+    std::array<std::array<float, 256>, 4> levels;
     bool diffuseAlpha;
     bool premultiply;
 };
 
-QRgb reduced(const ChannelTables& tables, const Channels& c) {
-    return tables.reduced(qRgba(byteOf(c[0]), byteOf(c[1]), byteOf(c[2]), byteOf(c[3])));
-}
-
 /// Reduces one pixel into `output` and returns its error. Products come before divisions: the order of single
 /// precision operations is part of the result.
 Channels reducePixel(const Task& task, const Channels& pixel, QRgb& output) {
+    Channels result;
     Channels error;
     if (task.premultiply) {
-        const auto alpha = static_cast<float>(task.tables.alpha[byteOf(pixel[alphaChannel])]);
-        const Channels target{pixel[0] * alpha / 255.0F, pixel[1] * alpha / 255.0F, pixel[2] * alpha / 255.0F,
-                              alpha};
-        output = reduced(task.tables, target);
-        const Channels result = channels(output);
-        for (size_t i = 0; i < 4; ++i)
-            error[i] = result[i] - target[i];
-        error[alphaChannel] = result[alphaChannel] - pixel[alphaChannel];
+        const float alpha = task.levels[alphaChannel][byteOf(pixel[alphaChannel])];
+        Channels target = pixel * alpha / 255.0F;
+        target[alphaChannel] = alpha;
+        result = task.reduced(target);
+        error = result - target;
     } else {
-        output = reduced(task.tables, pixel);
-        const Channels result = channels(output);
+        result = task.reduced(pixel);
         // The more transparent a pixel is, the less its colour shows.
         const float visible = static_cast<float>(byteOf(pixel[alphaChannel])) / 255.0F;
-        for (size_t i = 0; i < 4; ++i)
-            error[i] = (result[i] - pixel[i]) * visible;
-        error[alphaChannel] = result[alphaChannel] - pixel[alphaChannel];
+        error = (result - pixel) * visible;
     }
-    if (!task.diffuseAlpha)
-        error[alphaChannel] = 0;
+    error[alphaChannel] = task.diffuseAlpha ? result[alphaChannel] - pixel[alphaChannel] : 0;
+    output = qRgba(static_cast<int>(result[0]), static_cast<int>(result[1]), static_cast<int>(result[2]),
+                   static_cast<int>(result[3]));
     return error;
 }
 
@@ -108,11 +125,8 @@ void diffuse(const Task& task, const QImage& image, QImage& result) {
         auto* line = reinterpret_cast<QRgb*>(result.scanLine(y));
         for (int x = 0; x < image.width(); ++x) {
             const Channels error = reducePixel(task, reach[0][x], line[x]);
-            for (const Share& share : Kernel::shares) {
-                Channels& neighbour = reach[static_cast<size_t>(share.dy)][x + share.dx];
-                for (size_t i = 0; i < 4; ++i)
-                    neighbour[i] -= error[i] * share.weight / Kernel::divisor;
-            }
+            for (const Share& share : Kernel::shares)
+                reach[static_cast<size_t>(share.dy)][x + share.dx] -= error * share.weight / Kernel::divisor;
         }
     }
 }
@@ -121,7 +135,7 @@ void diffuse(const Task& task, const QImage& image, QImage& result) {
 
 QImage diffuseErrors(DiffusionMethod method, const QImage& image, PixelFormatCode code, bool diffuseAlpha,
                      bool premultiply) {
-    const Task task{floatChannelTables(code), diffuseAlpha, premultiply};
+    const Task task(floatChannelTables(code), diffuseAlpha, premultiply);
     if (image.isNull())
         return {};
     const QImage source = toArgb32(image);

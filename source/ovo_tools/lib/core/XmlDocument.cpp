@@ -43,8 +43,8 @@ void checkToken(const QXmlStreamReader& stream, int& depth) {
     }
 }
 
-/// Walks the document without building anything. What this walk can't finish is refused here too: behind the fault any depth
-/// could hide from it.
+/// Walks the document without building anything. What this walk can't finish is refused here too: behind the
+/// fault any depth could hide from it.
 void checkHarmless(const QByteArray& bytes) {
     QXmlStreamReader stream(bytes);
     int depth = 0;

@@ -21,15 +21,18 @@ int main(int argc, char** argv) {
     }
     const auto* loader = QtUniversalImageLoader::ImageLoader::instance(false);
     const QImage sheet = loader->load(QString::fromLocal8Bit(argv[2]));
-    QStringList files;
+    struct Item {
+        QString file;
+        QImage image;
+    };
+    QVector<Item> items;
     const QDir folder(QString::fromLocal8Bit(argv[1]));
     for (const QString& name : folder.entryList(QDir::Files))
-        files.append(folder.filePath(name));
+        items.append({folder.filePath(name), {}});
 
     QElapsedTimer timer;
     timer.start();
-    const QList<QImage> images = QtConcurrent::blockingMapped<QList<QImage>>(
-        files, [loader](const QString& file) { return loader->load(file); });
+    QtConcurrent::blockingMap(items, [loader](Item& item) { item.image = loader->load(item.file); });
     const double decoding = double(timer.nsecsElapsed()) / 1e9;
 
     timer.restart();
@@ -42,6 +45,6 @@ int main(int argc, char** argv) {
     const double encoding = double(timer.nsecsElapsed()) / 1e9;
 
     std::printf("%d images decoded in %.3f s, sheet of %d x %d encoded in %.3f s, together %.3f s\n",
-                images.size(), decoding, sheet.width(), sheet.height(), encoding, decoding + encoding);
+                items.size(), decoding, sheet.width(), sheet.height(), encoding, decoding + encoding);
     return written ? 0 : 1;
 }

@@ -4,8 +4,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What builds and runs the program, and what the tests need beyond that.
 build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev zlib1g-dev libpng-dev libtiff-dev
-    libqt5svg5 qt5-image-formats-plugins)
-test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-utils python3)
+    libgrantlee5-dev libqt5svg5 qt5-image-formats-plugins)
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-utils lua5.4 python3)
 ci_packages=(clang clang-format clang-tidy libclang-rt-14-dev)
 
 # install_missing PACKAGE...: installs those that aren't there, as root or through sudo, and says so.

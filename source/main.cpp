@@ -1,6 +1,8 @@
 #include "CommandLineSequencer.h"
+#include "ConsoleLog.h"
 #include "DataExporterRegistry.h"
 #include "Error.h"
+#include "ExporterFolders.h"
 #include "GFileName.h"
 #include "ImageLoader.h"
 #include "PackedResult.h"
@@ -34,6 +36,16 @@ QStringList argumentsOf(int argc, char** argv) {
     return arguments;
 }
 
+/// A folder of template formats that can't be read is no reason to stop: the other formats work.
+void findTemplateFormats(const QStringList& arguments) {
+    const QStringList faults = scanExporterFolders(DataExporterRegistry::instance());
+    // Before the options are read, the log doesn't know yet that the run is to be quiet.
+    if (arguments.contains(QLatin1String("--quiet")))
+        return;
+    for (const QString& fault : faults)
+        ConsoleLog::instance().warning(QStringLiteral("Failed to scan exporters: %1").arg(fault));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -55,7 +67,9 @@ int main(int argc, char** argv) {
     QtUniversalImageLoader::ImageLoader::instance(false);
     DataFormats::setInstance(&DataExporterRegistry::instance());
 
-    CommandLineSequencer sequencer(argumentsOf(argc, argv));
+    const QStringList arguments = argumentsOf(argc, argv);
+    findTemplateFormats(arguments);
+    CommandLineSequencer sequencer(arguments);
     sequencer.start();
     return QGuiApplication::exec();
 }

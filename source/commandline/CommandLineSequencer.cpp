@@ -12,6 +12,8 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+#include <exception>
+
 CommandLineSequencer::CommandLineSequencer(const QStringList& arguments)
     : m_arguments(arguments), m_queue(new Sorvane) {
     m_queue->moveToThread(&m_workerThread);
@@ -48,8 +50,8 @@ void CommandLineSequencer::init() {
         processImages();
     } catch (const EndOfRun& end) {
         endRun(end.output);
-    } catch (const Error& error) {
-        onError(error.message());
+    } catch (const std::exception& error) {
+        onError(QString::fromUtf8(error.what()));
         processNextSvs();
     }
 }
@@ -76,8 +78,8 @@ void CommandLineSequencer::processNextSvs() {
         processProject(m_svsFiles.takeFirst());
     } catch (const EndOfRun& end) {
         endRun(end.output);
-    } catch (const Error& error) {
-        onError(error.message());
+    } catch (const std::exception& error) {
+        onError(QString::fromUtf8(error.what()));
         processNextSvs();
     }
 }
@@ -95,6 +97,9 @@ void CommandLineSequencer::processProject(const QString& fileName) {
 }
 
 void CommandLineSequencer::parseOptions(Settings& settings) {
+    // Warnings of the options themselves are to be quiet too.
+    ConsoleLog::instance().setVerbosity(
+        settings.quiet() || m_arguments.contains(QLatin1String("--quiet")) ? -1 : 1);
     OptionContext context{settings, [this](const QString& text) { onWarning(text); }};
     ::parseOptions(context, m_arguments);
     m_forcePublish = context.forcePublish;

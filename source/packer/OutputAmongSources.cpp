@@ -27,16 +27,25 @@ bool isIgnored(const QString& path, const Settings& settings) {
 
 } // namespace
 
-QString sourceFolderOf(const QString& textureFile, const Settings& settings) {
-    if (textureFile.isEmpty())
-        return {};
-    const QString path = QDir::cleanPath(QFileInfo(textureFile).absoluteFilePath());
-    if (!isScanned(path) || isIgnored(path, settings))
+QString outputAmongSources(const Settings& settings) {
+    // The name that a sheet without one will get.
+    const QString texture =
+        settings.textureFileName().isEmpty() ? QStringLiteral("out.png") : settings.textureFileName().path();
+    const QString path = QDir::cleanPath(QFileInfo(texture).absoluteFilePath());
+    if (isIgnored(path, settings))
         return {};
     for (const GFileName& entry : settings.fileList()) {
-        const QFileInfo source(entry.path());
-        if (source.isDir() && path.startsWith(QDir::cleanPath(source.absoluteFilePath()) + QLatin1Char('/')))
-            return entry.path();
+        const QString source = QDir::cleanPath(QFileInfo(entry.path()).absoluteFilePath());
+        if (source == path)
+            return QStringLiteral(
+                       "The texture %1 is one of the source images, and is packed and then overwritten; "
+                       "choose another name for it with --sheet")
+                .arg(texture);
+        if (isScanned(path) && QFileInfo(source).isDir() && path.startsWith(source + QLatin1Char('/')))
+            return QStringLiteral(
+                       "The texture %1 lies inside the source folder %2 and is packed like any other image "
+                       "there; leave it out with --ignore-files")
+                .arg(texture, entry.path());
     }
     return {};
 }

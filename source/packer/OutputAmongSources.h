@@ -4,6 +4,7 @@
 
 class Settings;
 
-/// The folder of the file list that a scan would find the texture file in; empty if no scan takes it up, by
-/// its place, its suffix or the patterns of files that are left out.
-QString sourceFolderOf(const QString& textureFile, const Settings& settings);
+/// A sentence for the user if the texture file is a source of its own sheet: given by name, or where a scan
+/// of a folder takes it up. Empty if it isn't, by its place, its suffix or the patterns of files that are
+/// left out.
+QString outputAmongSources(const Settings& settings);

@@ -18,9 +18,19 @@ PackerCore::PackerCore(QObject* parent) : QObject(parent) {}
 void PackerCore::setSettings(Settings* settings) { m_settings = settings; }
 
 void PackerCore::checkFiles(bool rescan) {
-    if (!rescan && m_settings->fileList() == m_lastFileList)
+    // The next project of a run may have the same files under other rules.
+    const bool sameRules =
+        m_settings->ignoreFileList() == m_lastIgnoreList && m_settings->replaceList() == m_lastReplaceList;
+    if (!rescan && sameRules && m_settings->fileList() == m_lastFileList)
         return;
     emit activity(2, QStringLiteral("Checking files and file system"));
+    if (m_settings->replaceList() != m_lastReplaceList) {
+        // A node keeps the name that it was made with: other rules need other nodes.
+        Settings nothing;
+        m_tree.update(&nothing);
+    }
+    m_lastIgnoreList = m_settings->ignoreFileList();
+    m_lastReplaceList = m_settings->replaceList();
     m_tree.update(m_settings);
     dropForgottenSprites();
     m_lastFileList = m_settings->fileList();

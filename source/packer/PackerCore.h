@@ -82,6 +82,8 @@ private:
     PackedResult m_lastResult;
     AttemptCache m_attempts;
     GFileNameList m_lastFileList;
+    QStringList m_lastIgnoreList;
+    QStringList m_lastReplaceList;
     SpriteFileTreeModel m_tree;
     QHash<const SpriteTreeNode*, Sprite> m_spriteCache;
     QList<Sprite> m_sprites;     ///< all sprites of the job, by name

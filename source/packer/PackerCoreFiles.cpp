@@ -33,8 +33,10 @@ bool PackerCore::knownUpToDate() {
 }
 
 void PackerCore::prepareOutputFiles() {
+    // An unknown format is told of before anything is removed.
+    const DataExporter& writer = exporter();
     if (m_settings->dataFileName().isEmpty())
-        m_settings->setDataFileName(exporter().defaultFileName());
+        m_settings->setDataFileName(writer.defaultFileName());
     if (m_settings->textureFileName().isEmpty())
         m_settings->setTextureFileName(QStringLiteral("out.png"));
     OutputFile::remove(m_settings->textureFileName());

@@ -47,9 +47,9 @@ void PackerJob::queueNextStep() {
 void PackerJob::nextStep() {
     if (m_state == State::Done)
         return;
-    // While the tree loads, its own report ends the wait, aborted or not. A failed job is on its way out
-    // already.
-    if (m_aborted && m_state != State::WaitForLoading)
+    // While the tree loads, its own report ends the wait, aborted or not; a job that waits in the queue has
+    // yet to be started.
+    if (m_aborted && m_state != State::WaitForLoading && m_state != State::Idle)
         m_state = State::Finish;
     QString fault;
     try {
@@ -123,6 +123,8 @@ bool PackerJob::nextVariant() {
 
 void PackerJob::prepareVariant() {
     const bool isMainSheet = m_variantSettings == nullptr;
+    if (m_mode != Preview)
+        m_variants.checkNames();
     if (!nextVariant()) {
         m_state = State::Finish;
         return;
@@ -197,12 +199,9 @@ void PackerJob::write() {
 }
 
 void PackerJob::warnOfOutputAmongSources() {
-    const QString folder = sourceFolderOf(m_variantSettings->textureFileName(), *m_variantSettings);
-    if (!folder.isEmpty())
-        emit warning(
-            QStringLiteral("The texture %1 lies inside the source folder %2 and is packed like any other "
-                           "image there; leave it out with --ignore-files")
-                .arg(m_variantSettings->textureFileName().path(), folder));
+    const QString complaint = outputAmongSources(*m_variantSettings);
+    if (!complaint.isEmpty())
+        emit warning(complaint);
 }
 
 void PackerJob::deriveNextVariant() {

@@ -4,6 +4,9 @@
 #include "PixelFormats.h"
 #include "Settings.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace {
@@ -14,18 +17,35 @@ bool isPvrFile(Format format) {
     return format == Format::pvr2 || format == Format::pvr2gz || format == Format::pvr2ccz;
 }
 
+/// No sheet has room for more, at any scale.
+constexpr qint64 maxPadding = 1000000;
+
 /// The smallest multiple of `factor` that is still `padding` pixels wide in the smallest sheet.
 int raisedPadding(uint padding, int factor, double smallestScale) {
-    // A scale of zero or below can't be made up for by any padding.
-    if (!(smallestScale > 0))
-        return int(padding);
-    int raised = 0;
-    while (raised * smallestScale < double(padding))
-        raised += factor;
-    return raised;
+    if (padding == 0)
+        return 0;
+    // Written so that a scale that is no number is refused too.
+    if (!(double(padding) <= double(maxPadding) * smallestScale))
+        throw Error(
+            Error::CommandLine,
+            QStringLiteral("A padding of %1 pixels can't be kept in a sheet at a scale of %2; choose a "
+                           "smaller padding or a larger scale")
+                .arg(padding)
+                .arg(smallestScale));
+    qint64 multiple = std::max(qint64(padding / smallestScale / factor) - 1, qint64(0));
+    while (double(multiple * factor) * smallestScale < double(padding))
+        ++multiple;
+    return int(multiple * factor);
 }
 
-uint scaled(int base, double scale) { return uint(qRound(float(base) * float(scale))); }
+uint scaled(int base, double scale) {
+    const float product = float(base) * float(scale);
+    return uint(qRound(std::min(product, float(maxPadding))));
+}
+
+QString absolutePath(const GFileName& fileName) {
+    return fileName.isEmpty() ? QString() : QDir::cleanPath(QFileInfo(fileName.path()).absoluteFilePath());
+}
 
 } // namespace
 
@@ -60,6 +80,9 @@ void VariantPlan::validate() const {
     if (m_settings.outputFormat() == SettingsBase::OutputFormat::ETC1 &&
         m_settings.textureFormat() != Format::pkm)
         throw Error(Error::TextureFile, QStringLiteral("ETC1 can only be used with PKM file format"));
+}
+
+void VariantPlan::checkNames() const {
     if (!m_settings.autoSDSettings().isEmpty() && m_settings.mainExtension().isEmpty())
         throw Error(Error::DataFile,
                     QStringLiteral("The variants need a main extension: the part of the file names "
@@ -90,7 +113,24 @@ std::unique_ptr<Settings> VariantPlan::next() {
     applyFixedSize(*variant, scale);
     if (entry)
         applyExtension(*variant, entry->extension());
+    claimNames(*variant);
     return variant;
+}
+
+/// A file that is written twice in one run keeps only the second content.
+void VariantPlan::claimNames(const Settings& variant) {
+    for (const QString& name :
+         {absolutePath(variant.textureFileName()), absolutePath(variant.dataFileName())}) {
+        if (name.isEmpty())
+            continue;
+        if (m_names.contains(name))
+            throw Error(
+                Error::DataFile,
+                QStringLiteral("%1 would be written twice; texture, data file and each variant need names of "
+                               "their own (--sheet, --data, --autosd-variant)")
+                    .arg(name));
+        m_names.insert(name);
+    }
 }
 
 void VariantPlan::applyIdenticalLayout(Settings& variant, double scale) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 
 #include <memory>
@@ -17,6 +18,9 @@ public:
     /// of.
     std::unique_ptr<Settings> next();
 
+    /// What a publish needs beyond a preview: a part of the names that variants replace. Throws Error.
+    void checkNames() const;
+
     /// Both sides of the main sheet, all positions and sizes are multiples of it; 1 without identical
     /// layouts.
     int baseFactor() const { return m_baseFactor; }
@@ -27,6 +31,7 @@ private:
     void applyIdenticalLayout(Settings& variant, double scale) const;
     void applyFixedSize(Settings& variant, double scale) const;
     void applyExtension(Settings& variant, const QString& extension) const;
+    void claimNames(const Settings& variant);
 
     const Settings& m_settings;
     int m_index = 0; ///< 0 for the main sheet, n for the n-th entry
@@ -34,4 +39,5 @@ private:
     int m_baseBorderPadding = 0;
     int m_baseExtrude = 0;
     int m_baseFactor = 1;
+    QSet<QString> m_names; ///< absolute paths of all files so far
 };

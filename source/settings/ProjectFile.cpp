@@ -24,6 +24,9 @@ QByteArray documentOf(const Settings& settings, const QDir& base) {
     writer.beginDocument();
     settings.write(writer);
     writer.endDocument();
+    // A character that XML can't hold would change a name without a word.
+    if (writer.hasError())
+        throw Error(Error::Save, QStringLiteral("Can't save a name with a control character in it"));
     return bytes;
 }
 

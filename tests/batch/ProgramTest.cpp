@@ -246,3 +246,27 @@ TEST_F(Program, projectsGoOnAfterAFaultyOne) {
                                "file for batch processing.\n")));
     EXPECT_EQ(frames("good.json"), (QStringList{u("deep/blue.png"), u("extra.png"), u("red.png")}));
 }
+
+TEST_F(Program, projectsWithOtherRulesOverTheSameFiles) {
+    Settings first;
+    first.setDataFormat(u("json"));
+    first.addFile(path("sprites"));
+    first.setTextureFileName(path("a.png"));
+    first.setDataFileName(path("a.json"));
+    first.addIgnoreFileList(u("*/red.png"));
+    first.save(path("a.svs"));
+    first.clearIgnoreFileList();
+    first.addReplaceList(u("red=green"));
+    first.setTextureFileName(path("b.png"));
+    first.setDataFileName(path("b.json"));
+    first.save(path("b.svs"));
+    EXPECT_EQ(run("a.svs b.svs").status, 0);
+    EXPECT_EQ(frames("a.json"), QStringList{u("deep/blue.png")});
+    EXPECT_EQ(frames("b.json"), (QStringList{u("deep/blue.png"), u("green.png")}));
+}
+
+TEST_F(Program, theSheetAmongItsOwnSources) {
+    EXPECT_TRUE(run("sprites/red.png --sheet sprites/red.png --data a.plist").err.contains(u("--sheet")));
+    EXPECT_TRUE(run("sprites --sheet sprites/a.png --data a.plist").err.contains(u("--ignore-files")));
+    EXPECT_EQ(run("--quiet --plist a.plist sprites").err, QString());
+}

@@ -100,7 +100,12 @@ TEST(VariantPlan, refusesBeforeAnythingIsRead) {
               u("11 Can't derive a base factor for identical layout. Adjust the scale factors or set "
                 "some of them to allow fractions"));
     settings.setForceIdenticalLayout(false);
-    EXPECT_TRUE(errorOf(settings).startsWith(u("11 The variants need a main extension")));
+    try {
+        VariantPlan(settings).checkNames();
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.code(), 11);
+    }
     settings.setMainExtension(u("-hd"));
     settings.setDataFileName(u("a.json"));
     settings.setTextureFileName(u("a-HD.png"));
@@ -108,4 +113,27 @@ TEST(VariantPlan, refusesBeforeAnythingIsRead) {
     EXPECT_EQ(errorOf(settings, 2), u("11 Data file name must contain \"-hd\""));
     settings.setDataFileName(u("a-hd.json"));
     EXPECT_EQ(errorOf(settings, 2), u("12 Texture file name must contain \"-hd\""));
+}
+
+TEST(VariantPlan, refusesNamesThatFallTogether) {
+    Settings settings;
+    settings.setDataFileName(u("x/../same"));
+    settings.setTextureFileName(u("same"));
+    EXPECT_TRUE(errorOf(settings).startsWith(u("11 "))) << "texture over data file";
+    settings.setDataFileName(u("a-hd.json"));
+    settings.setTextureFileName(u("a-hd.png"));
+    settings.setMainExtension(u("-hd"));
+    addVariant(settings, 0.5, "-hd");
+    EXPECT_EQ(errorOf(settings), u("no error"));
+    EXPECT_TRUE(errorOf(settings, 2).startsWith(u("11 "))) << "variant over main sheet";
+}
+
+TEST(VariantPlan, refusesPaddingsThatNoSheetHolds) {
+    Settings settings;
+    settings.setForceIdenticalLayout(true);
+    settings.setShapePadding(4294967295u);
+    EXPECT_TRUE(errorOf(settings).startsWith(u("36 A padding of 4294967295 pixels")));
+    settings.setShapePadding(2);
+    settings.globalSpriteSettings()->setScale(1e-30);
+    EXPECT_TRUE(errorOf(settings).startsWith(u("36 A padding of 2 pixels")));
 }

@@ -1,24 +1,16 @@
 #include "DataSheet.h"
+#include "OutsideReader.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
 namespace {
 
 /// The property list as Python's reader understands it.
 QJsonObject judged(const QByteArray& plist) {
-    QProcess python;
-    python.start(
-        QStringLiteral("python3"),
-        {QStringLiteral("-c"),
-         QStringLiteral(
-             "import sys,json,plistlib; json.dump(plistlib.loads(sys.stdin.buffer.read()),sys.stdout)")});
-    python.write(plist);
-    python.closeWriteChannel();
-    EXPECT_TRUE(python.waitForFinished(60000)) << python.errorString().toStdString();
-    EXPECT_EQ(python.exitCode(), 0) << python.readAllStandardError().toStdString();
-    return QJsonDocument::fromJson(python.readAllStandardOutput()).object();
+    const QString script = QStringLiteral(
+        "import sys,json,plistlib; json.dump(plistlib.loads(sys.stdin.buffer.read()),sys.stdout)");
+    return QJsonDocument::fromJson(readOutside("python3", {QStringLiteral("-c"), script}, plist)).object();
 }
 
 QJsonObject object(const char* text) {

@@ -41,6 +41,21 @@ inline PackedTexture dataSheet() {
     return texture;
 }
 
+/// A sheet of single pixels in a row, one a name.
+inline PackedTexture sheetOf(const QStringList& names) {
+    PackedTexture texture(0, 0);
+    texture.setSize({64, 4});
+    for (const QString& name : names) {
+        const int count = texture.sprites().size();
+        PackedSprite sprite(name, count);
+        sprite.setPosition({count, 0});
+        sprite.setSize({1, 1});
+        sprite.setUntrimmedSize({1, 1});
+        texture.add(sprite);
+    }
+    return texture;
+}
+
 /// Writes a sheet in a format and gives back what stands in the file.
 inline QByteArray writtenData(const char* format, Settings& settings, const PackedTexture& texture,
                               const QString& token = QStringLiteral("$token$")) {

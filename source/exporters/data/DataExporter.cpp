@@ -25,10 +25,11 @@ void DataExporter::setInput(Settings* settings, const PackedTexture& texture) {
     m_texture = texture;
 }
 
+QString DataExporter::textureName() const { return QFileInfo(m_settings->textureFileName()).fileName(); }
+
 QString DataExporter::textureFilePath() const {
-    const QString name = QFileInfo(m_settings->textureFileName()).fileName();
     const QString subPath = m_settings->textureSubPath();
-    return subPath.isEmpty() ? name : subPath + QLatin1Char('/') + name;
+    return subPath.isEmpty() ? textureName() : subPath + QLatin1Char('/') + textureName();
 }
 
 QList<PackedSprite> DataExporter::sortedSprites() const {

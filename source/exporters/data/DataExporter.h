@@ -25,7 +25,7 @@ public:
     /// Changes whenever the format may come out in another way; an input of the smart update token.
     virtual QString versionString() const;
 
-    /// The name under which the data file lists a sprite.
+    /// The name under which the readers of the data file look a sprite up.
     virtual QString nameInFile(const PackedSprite& sprite) const;
 
     const DataExporterInfo& info() const { return m_info; }
@@ -57,7 +57,10 @@ public:
     void setSmartUpdateKey(const QString& key) { m_smartUpdateKey = key; }
     const QString& smartUpdateKey() const { return m_smartUpdateKey; }
 
-    /// The texture as the data file refers to it: its bare file name behind the project's sub path.
+    /// The texture's file name without its folder.
+    QString textureName() const;
+
+    /// The texture as the data file refers to it: textureName() behind the project's sub path.
     QString textureFilePath() const;
 
     /// All that the data file lists: sprites and aliases, ascending by full name, by code unit.

@@ -1,6 +1,7 @@
 #include "DataExporterJSON.h"
 
 #include "DataFile.h"
+#include "DataText.h"
 #include "JsonText.h"
 #include "Settings.h"
 
@@ -30,8 +31,8 @@ void DataExporterJSON::writeEntry(QTextStream& stream, const PackedSprite& sprit
     else
         stream << '"' << name << "\":\n{\n";
     stream << "\t\"frame\": " << JsonText::rect(sprite.frameRectWithoutRotation()) << ",\n"
-           << "\t\"rotated\": " << JsonText::boolean(sprite.rotated()) << ",\n"
-           << "\t\"trimmed\": " << JsonText::boolean(sprite.trimmed()) << ",\n"
+           << "\t\"rotated\": " << DataText::boolean(sprite.rotated()) << ",\n"
+           << "\t\"trimmed\": " << DataText::boolean(sprite.trimmed()) << ",\n"
            << "\t\"spriteSourceSize\": " << JsonText::rect(sprite.sourceRect()) << ",\n"
            << "\t\"sourceSize\": " << JsonText::size(sprite.untrimmedSize()) << "\n}";
 }

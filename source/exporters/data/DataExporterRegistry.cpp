@@ -1,8 +1,22 @@
 #include "DataExporterRegistry.h"
 
+#include "DataExporterAGK.h"
+#include "DataExporterAndEngine.h"
 #include "DataExporterBHive.h"
+#include "DataExporterCEGUI.h"
+#include "DataExporterCSS.h"
 #include "DataExporterCocos2d.h"
+#include "DataExporterCorona.h"
+#include "DataExporterGeneric.h"
+#include "DataExporterGideros.h"
 #include "DataExporterJSON.h"
+#include "DataExporterLibGdx.h"
+#include "DataExporterMoai.h"
+#include "DataExporterSlick2D.h"
+#include "DataExporterSparrow.h"
+#include "DataExporterXML.h"
+
+#include <QDebug>
 
 #include <algorithm>
 
@@ -50,6 +64,31 @@ std::vector<Row> builtInFormats() {
           .defaultFileName = QStringLiteral("out.plist"),
           .supportsRotation = false,
           .showsTrimNames = true}},
+        {make<DataExporterCorona>,
+         {.id = QStringLiteral("corona"),
+          .displayName = QStringLiteral("Corona TM SDK"),
+          .description = QStringLiteral("lua file for Corona TM SDK"),
+          .fileFilter = QStringLiteral("Corona TM SDK Lua (*.lua)"),
+          .fileExtension = QStringLiteral("lua"),
+          .defaultFileName = QStringLiteral("out.lua"),
+          .supportsRotation = false}},
+        {make<DataExporterSparrow>,
+         {.id = QStringLiteral("sparrow"),
+          .displayName = QStringLiteral("Sparrow / Starling"),
+          .description = QStringLiteral("xml file for Sparrow/Starling SDK"),
+          .fileFilter = QStringLiteral("Sparrow XML (*.xml)"),
+          .fileExtension = QStringLiteral("xml"),
+          .defaultFileName = QStringLiteral("out.xml"),
+          .supportsRotation = false}},
+        {make<DataExporterLibGdx>,
+         {.id = QStringLiteral("libgdx"),
+          .displayName = QStringLiteral("LibGDX"),
+          .description = QStringLiteral("text file for lib GDX"),
+          .fileFilter = QStringLiteral("Lib GDX (*.txt)"),
+          .fileExtension = QStringLiteral("txt"),
+          .defaultFileName = QStringLiteral("pack"),
+          .rotationDirection = PackedSprite::CounterClockwise,
+          .showsLibGdxFiltering = true}},
         {make<DataExporterJSON, Json::Hash>,
          {.id = QStringLiteral("json"),
           .displayName = QStringLiteral("JSON (Hash)"),
@@ -71,6 +110,72 @@ std::vector<Row> builtInFormats() {
           .fileFilter = QStringLiteral("JSON (*.json)"),
           .fileExtension = QStringLiteral("json"),
           .defaultFileName = QStringLiteral("out.json")}},
+        {make<DataExporterCSS>,
+         {.id = QStringLiteral("css"),
+          .displayName = QStringLiteral("css"),
+          .description = QStringLiteral("css format for web design"),
+          .fileFilter = QStringLiteral("CSS (*.css)"),
+          .fileExtension = QStringLiteral("css"),
+          .defaultFileName = QStringLiteral("out.css"),
+          .supportsTrimming = false,
+          .supportsRotation = false,
+          .supportsNPOT = true,
+          .showsTexturePath = false}},
+        {make<DataExporterGideros>,
+         {.id = QStringLiteral("gideros"),
+          .displayName = QStringLiteral("Gideros"),
+          .description = QStringLiteral("Format for Gideros"),
+          .fileFilter = QStringLiteral("Gideros (*.txt)"),
+          .fileExtension = QStringLiteral("txt"),
+          .defaultFileName = QStringLiteral("out.txt"),
+          .supportsRotation = false}},
+        {make<DataExporterCEGUI>,
+         {.id = QStringLiteral("cegui"),
+          .displayName = QStringLiteral("CEGUI / OGRE"),
+          .description = QStringLiteral("Format for CEGUI / OGRE"),
+          .fileFilter = QStringLiteral("CEGUI (*.xml)"),
+          .fileExtension = QStringLiteral("xml"),
+          .defaultFileName = QStringLiteral("out.xml"),
+          .supportsTrimming = false,
+          .supportsRotation = false,
+          .showsTrimNames = true}},
+        {make<DataExporterAndEngine>,
+         {.id = QStringLiteral("andengine"),
+          .displayName = QStringLiteral("AndEngine"),
+          .description = QStringLiteral("Format for AndEngine"),
+          .fileFilter = QStringLiteral("AndEngine (*.xml)"),
+          .fileExtension = QStringLiteral("xml"),
+          .defaultFileName = QStringLiteral("out.xml"),
+          .showsAndEngineOptions = true,
+          .showsTrimNames = true}},
+        {make<DataExporterAGK>,
+         {.id = QStringLiteral("agk"),
+          .displayName = QStringLiteral("AppGameKit"),
+          .description = QStringLiteral("Format for AppGameKit"),
+          .fileFilter = QStringLiteral("AppGameKit (*.txt)"),
+          .fileExtension = QStringLiteral("txt"),
+          .defaultFileName = QStringLiteral("out.txt"),
+          .supportsTrimming = false,
+          .supportsRotation = false,
+          .showsTrimNames = true}},
+        {make<DataExporterSlick2D>,
+         {.id = QStringLiteral("slick2d"),
+          .displayName = QStringLiteral("Slick2D"),
+          .description = QStringLiteral("Format for Slick2D"),
+          .fileFilter = QStringLiteral("Slick2D (*.def)"),
+          .fileExtension = QStringLiteral("def"),
+          .defaultFileName = QStringLiteral("out.def"),
+          .supportsTrimming = false,
+          .supportsRotation = false,
+          .showsTrimNames = true}},
+        {make<DataExporterMoai>,
+         {.id = QStringLiteral("moai"),
+          .displayName = QStringLiteral("Moai"),
+          .description = QStringLiteral("Format for Moai"),
+          .fileFilter = QStringLiteral("Moai (*.lua)"),
+          .fileExtension = QStringLiteral("lua"),
+          .defaultFileName = QStringLiteral("out.lua"),
+          .showsTrimNames = true}},
         {make<DataExporterBHive>,
          {.id = QStringLiteral("bhive"),
           .displayName = QStringLiteral("BHive"),
@@ -78,6 +183,14 @@ std::vector<Row> builtInFormats() {
           .fileFilter = QStringLiteral("BHive (*.json)"),
           .fileExtension = QStringLiteral("json"),
           .defaultFileName = QStringLiteral("out.json"),
+          .showsTrimNames = true}},
+        {make<DataExporterXML>,
+         {.id = QStringLiteral("xml"),
+          .displayName = QStringLiteral("Generic XML"),
+          .description = QStringLiteral("Generic XML format"),
+          .fileFilter = QStringLiteral("XML (*.xml)"),
+          .fileExtension = QStringLiteral("xml"),
+          .defaultFileName = QStringLiteral("out.xml"),
           .showsTrimNames = true}},
     };
 }
@@ -98,6 +211,12 @@ DataExporterRegistry& DataExporterRegistry::instance() {
 void DataExporterRegistry::add(std::unique_ptr<DataExporter> exporter) {
     m_exporters.append(exporter.get());
     m_owned.push_back(std::move(exporter));
+}
+
+void DataExporterRegistry::scan(const QDir& dir) {
+    qDebug().noquote() << QStringLiteral("Scanning for exporters in \"%1\"").arg(dir.absolutePath());
+    for (const QFileInfo& folder : dir.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot))
+        add(std::make_unique<DataExporterGeneric>(folder.absoluteFilePath()));
 }
 
 QList<DataExporter*> DataExporterRegistry::sortedExporters() const {

@@ -3,6 +3,8 @@
 #include "DataExporter.h"
 #include "DataFormats.h"
 
+#include <QDir>
+
 #include <memory>
 #include <vector>
 
@@ -10,7 +12,10 @@
 /// thread, read from job threads afterwards without a lock.
 class DataExporterRegistry : public DataFormats {
 public:
-    /// Made on first use, never destroyed.
+    /// Holds the built-in formats.
+    DataExporterRegistry();
+
+    /// The one that the program uses: made on first use, never destroyed.
     static DataExporterRegistry& instance();
 
     /// In registry order; owned by the registry.
@@ -27,12 +32,14 @@ public:
 
     void add(std::unique_ptr<DataExporter> exporter);
 
+    /// Adds a template format for each folder in `dir`. Throws Error at the first fault of a descriptor; what
+    /// was added before stays.
+    void scan(const QDir& dir);
+
     std::optional<DataFormat> findFormat(const QString& name) const override;
     QStringList formatIds() const override { return ids(); }
 
 private:
-    DataExporterRegistry();
-
     std::vector<std::unique_ptr<DataExporter>> m_owned;
     QList<DataExporter*> m_exporters;
 };

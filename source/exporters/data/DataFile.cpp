@@ -10,9 +10,16 @@ DataFile::DataFile(const QString& fileName, const QString& failure)
     m_text.setCodec("UTF-8");
 }
 
-void DataFile::commit() {
+void DataFile::flush() {
     m_text.flush();
-    if (m_text.status() != QTextStream::Ok || !m_file.commit())
+    QFileDevice& device = m_file.device();
+    if (m_text.status() != QTextStream::Ok || !device.flush() || device.error() != QFileDevice::NoError)
+        fail();
+}
+
+void DataFile::commit() {
+    flush();
+    if (!m_file.commit())
         fail();
 }
 

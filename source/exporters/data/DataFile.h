@@ -18,12 +18,17 @@ public:
     /// For formats with a writer of their own.
     QIODevice& device() { return m_file.device(); }
 
-    /// Completes the file. Throws Error (DataFile), on a full disk for instance.
+    /// Writes what is buffered, and throws Error (DataFile) if any of it couldn't be written, on a full disk
+    /// for instance. For who has something to do between that and the file's appearance.
+    void flush();
+
+    /// Completes the file. Throws like flush().
     void commit();
 
-private:
+    /// Throws the Error that a failed write gives.
     [[noreturn]] void fail() const;
 
+private:
     QString m_fileName;
     QString m_failure;
     OutputFile m_file;

@@ -24,8 +24,6 @@ QString JsonText::point(QPoint point) {
     return QStringLiteral("{\"x\":%1,\"y\":%2}").arg(point.x()).arg(point.y());
 }
 
-QString JsonText::boolean(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
-
 QString JsonText::escaped(QString text) {
     // The backslash first, as the others bring new ones.
     constexpr std::pair<char, const char*> escapes[] = {{'\\', "\\\\"}, {'"', "\\\""}, {'\b', "\\b"},

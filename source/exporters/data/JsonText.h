@@ -14,7 +14,6 @@ namespace JsonText {
 QString rect(const QRect& rect);
 QString size(QSize size);
 QString point(QPoint point);
-QString boolean(bool value);
 
 /// A text as it stands between double quotes.
 QString escaped(QString text);

@@ -1,0 +1,148 @@
+#include "TemplateRenderer.h"
+
+#include "AlgorithmBasicSettings.h"
+#include "AlgorithmSettings.h"
+#include "DataExporter.h"
+#include "Error.h"
+#include "OutputFile.h"
+#include "Settings.h"
+#include "TemplateLoader.h"
+#include "TemplateOutput.h"
+
+#include <grantlee/context.h>
+#include <grantlee/engine.h>
+#include <grantlee/exception.h>
+#include <grantlee/outputstream.h>
+#include <grantlee/template.h>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QSharedPointer>
+#include <QTextStream>
+
+#include <algorithm>
+#include <new>
+
+namespace {
+
+/// More than any data file needs, and less than a disk holds.
+constexpr qint64 maxOutputBytes = qint64(1) << 30;
+
+using SortBy = AlgorithmBasicSettings::SortBy;
+
+template <class Key>
+void sortBy(QList<PackedSprite>& sprites, bool descending, Key key) {
+    std::stable_sort(sprites.begin(), sprites.end(), [&](const PackedSprite& a, const PackedSprite& b) {
+        return descending ? key(b) < key(a) : key(a) < key(b);
+    });
+}
+
+const QString& nameOf(const PackedSprite& sprite) { return sprite.fullName(); }
+
+QList<PackedSprite> orderedSprites(const DataExporter& exporter) {
+    QList<PackedSprite> sprites = exporter.texture().allSprites();
+    const AlgorithmSettings& algorithm = *exporter.settings()->algorithmSettings();
+    if (algorithm.algorithmName() != QLatin1String("Basic")) {
+        sortBy(sprites, false, nameOf);
+        return sprites;
+    }
+    // The packer's own order, so that rows come out as they lie on the sheet.
+    const bool descending = algorithm.basic()->order() == AlgorithmBasicSettings::Order::Descending;
+    switch (algorithm.basic()->sortBy()) {
+    case SortBy::Best:
+        break;
+    case SortBy::Name:
+        sortBy(sprites, descending, nameOf);
+        break;
+    case SortBy::Width:
+        sortBy(sprites, descending, [](const PackedSprite& s) { return s.untrimmedSize().width(); });
+        break;
+    case SortBy::Height:
+        sortBy(sprites, descending, [](const PackedSprite& s) { return s.untrimmedSize().height(); });
+        break;
+    case SortBy::Area:
+        sortBy(sprites, descending, [](const PackedSprite& s) {
+            return qint64(s.untrimmedSize().width()) * s.untrimmedSize().height();
+        });
+        break;
+    case SortBy::Circumference:
+        sortBy(sprites, descending,
+               [](const PackedSprite& s) { return s.untrimmedSize().width() + s.untrimmedSize().height(); });
+        break;
+    }
+    return sprites;
+}
+
+QVariantList listOf(const QList<PackedSprite>& sprites) {
+    QVariantList list;
+    list.reserve(sprites.size());
+    for (const PackedSprite& sprite : sprites)
+        list.append(QVariant::fromValue(sprite));
+    return list;
+}
+
+QVariantMap textureOf(const DataExporter& exporter) {
+    const QString fileName = exporter.settings()->textureFileName();
+    const QFileInfo info(fileName);
+    return {{QStringLiteral("size"), exporter.texture().size()},
+            {QStringLiteral("absoluteFileName"), fileName},
+            {QStringLiteral("trimmedName"), info.completeBaseName()},
+            {QStringLiteral("fullName"), info.fileName()}};
+}
+
+void fill(Grantlee::Context& context, const DataExporter& exporter) {
+    context.insert(QStringLiteral("settings"), static_cast<QObject*>(exporter.settings()));
+    context.insert(QStringLiteral("sprites"), listOf(exporter.texture().sprites()));
+    context.insert(QStringLiteral("allSprites"), listOf(orderedSprites(exporter)));
+    context.insert(QStringLiteral("smartUpdateKey"), exporter.smartUpdateKey());
+    context.insert(QStringLiteral("texture"), textureOf(exporter));
+}
+
+[[noreturn]] void failWriting(const QString& name, const QString& reason) {
+    throw Error(Error::Exporter, QStringLiteral("Failed to write %1: %2").arg(name, reason));
+}
+
+void renderInto(QIODevice& device, const Grantlee::Template& page, Grantlee::Context& context) {
+    TemplateOutput output(device, maxOutputBytes);
+    QTextStream text(&output);
+    text.setCodec("UTF-8");
+    Grantlee::OutputStream stream(&text);
+    page->render(&stream, &context);
+    if (page->error() == Grantlee::NoError)
+        text.flush();
+}
+
+} // namespace
+
+void TemplateRenderer::render(const QString& templateName, bool keep) const {
+    Grantlee::Engine engine;
+    engine.addTemplateLoader(QSharedPointer<TemplateLoader>::create(m_directory));
+    engine.addPluginPath(m_directory);
+    engine.addPluginPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../Plugins"));
+    engine.addDefaultLibrary(QStringLiteral("grantlee_scriptabletags"));
+    engine.loadDefaultLibraries();
+
+    const Grantlee::Template page = engine.loadByName(templateName);
+    if (page->error() != Grantlee::NoError)
+        throw Error(
+            Error::Exporter,
+            QStringLiteral("Failed to init exporter template %1: %2").arg(templateName, page->errorString()));
+
+    OutputFile file(m_exporter.fileName());
+    if (!file.open())
+        throw Error(Error::Exporter,
+                    QStringLiteral("Failed to open %1 for writing").arg(m_exporter.fileName()));
+    Grantlee::Context context;
+    fill(context, m_exporter);
+    try {
+        renderInto(file.device(), page, context);
+    } catch (const Grantlee::Exception& exception) {
+        failWriting(templateName, exception.what());
+    } catch (const std::bad_alloc&) {
+        failWriting(templateName, QStringLiteral("Out of memory"));
+    }
+    if (page->error() != Grantlee::NoError)
+        failWriting(templateName, page->errorString());
+    if (keep && !file.commit())
+        failWriting(templateName, file.errorString());
+}

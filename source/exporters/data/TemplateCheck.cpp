@@ -31,6 +31,8 @@ QString harmfulUse(const QString& text) {
         // Nine digits fit into the library's integer; more are taken modulo its range.
         {pattern(QStringLiteral(R"re((?:\||filter\s+)divisibleby\b(?!:0*[1-9][0-9]{0,8}(?![\w.])))re")),
          "The filter divisibleby needs a whole number above 0, written out without quotes"},
+        {pattern(QStringLiteral(R"re((?:\||filter\s+)(?:center|ljust|rjust|floatformat):["']?-?\d{6})re")),
+         "The filters center, ljust, rjust and floatformat take up to 99999 characters"},
         {pattern(QStringLiteral(R"re(\{%\s*range\s+\S+\s+\S+\s+(?:-\d+|0+)\s+as\s)re")),
          "The tag range needs a step above 0"},
     };

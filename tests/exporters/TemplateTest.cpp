@@ -1,248 +1,10 @@
-#include "DataExporterGeneric.h"
-#include "DataSheet.h"
-#include "Error.h"
-#include "ExporterFolders.h"
-#include "GlobalSettings.h"
+#include "TemplateFormat.h"
 
 #include <QDateTime>
-#include <QDir>
-#include <QFileInfo>
 #include <QMetaProperty>
 
-#include <gmock/gmock.h>
-
-namespace {
-
-const char* const descriptor = R"xml(<?xml version="1.0"?>
-<exporter version="1.0">
-    <name> mine </name>
-    <nameAlias>Mine-Of-Old</nameAlias>
-    <nameAlias>older</nameAlias>
-    <displayName>My format</displayName>
-    <description>For my engine</description>
-    <version>7.3</version>
-    <files>
-        <file>
-            <fileExtension>txt</fileExtension>
-            <template>main.txt</template>
-            <name>main</name>
-            <displayName>My file</displayName>
-        </file>
-    </files>
-    <supportsRotation>Yes</supportsRotation>
-    <rotationDirection>ccw</rotationDirection>
-    <supportsTrimming>0</supportsTrimming>
-    <supportsNPOT></supportsNPOT>
-</exporter>
-)xml";
-
-void writeFile(const QString& name, const QByteArray& content) {
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(name).path()));
-    QFile file(name);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(content), content.size());
-}
-
-/// What a call throws; code 0 if it throws nothing.
-template <class Call>
-std::pair<int, std::string> errorOf(Call call) {
-    try {
-        call();
-    } catch (const Error& error) {
-        return {error.code(), error.message().toStdString()};
-    }
-    return {0, {}};
-}
-
-/// A folder of folders, and a job for the one named "mine".
-class TemplateFormat : public testing::Test {
-protected:
-    TemplateFormat() {
-        settings.setTextureFileName(QStringLiteral("/some/where/sheet.v2.png"));
-        add(QStringLiteral("mine/exporter.xml"), descriptor);
-    }
-
-    void add(const QString& name, const QByteArray& content) {
-        writeFile(folder.filePath(QStringLiteral("exporters/") + name), content);
-    }
-
-    QString directory(const char* name = "mine") const {
-        return folder.filePath(QStringLiteral("exporters/") + QLatin1String(name));
-    }
-
-    QString output() const { return folder.filePath(QStringLiteral("out.txt")); }
-
-    void write(const QString& from) {
-        DataExporterGeneric exporter(from);
-        exporter.setFileName(output());
-        exporter.setInput(&settings, texture);
-        exporter.setSmartUpdateKey(QStringLiteral("$token$"));
-        exporter.write();
-    }
-
-    std::string written() const {
-        QFile file(output());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll().toStdString();
-    }
-
-    std::string rendered(const QByteArray& text) {
-        add(QStringLiteral("mine/main.txt"), text);
-        write(directory());
-        return written();
-    }
-
-    /// The error of a template, which must leave neither a file of its own nor harm an earlier one.
-    std::pair<int, std::string> errorOfTemplate(const QByteArray& text) {
-        add(QStringLiteral("mine/main.txt"), text);
-        writeFile(output(), "earlier");
-        const auto error = errorOf([&] { write(directory()); });
-        EXPECT_EQ(written(), "earlier");
-        EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList(QStringLiteral("out.txt")));
-        return error;
-    }
-
-    QTemporaryDir folder;
-    Settings settings;
-    PackedTexture texture = dataSheet();
-};
-
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
-
-} // namespace
-
-TEST_F(TemplateFormat, readsItsDescriptor) {
-    const DataExporterGeneric exporter(directory());
-    EXPECT_EQ(exporter.id(), QStringLiteral("mine"));
-    EXPECT_EQ(exporter.aliases(), QStringList({QStringLiteral("Mine-Of-Old"), QStringLiteral("older")}));
-    EXPECT_EQ(exporter.displayName(), QStringLiteral("My format"));
-    EXPECT_EQ(exporter.description(), QStringLiteral("For my engine"));
-    EXPECT_EQ(exporter.version(), QStringLiteral("7.3"));
-    EXPECT_EQ(exporter.fileExtension(), QStringLiteral("txt"));
-    EXPECT_EQ(exporter.defaultFileName(), QStringLiteral("out.txt"));
-    EXPECT_EQ(exporter.fileName(), QStringLiteral("out.txt"));
-    EXPECT_EQ(exporter.fileFilter(), QStringLiteral("My file (*.txt)"));
-    EXPECT_TRUE(exporter.isTemplateBased());
-    EXPECT_TRUE(exporter.supportsRotation());
-    EXPECT_EQ(exporter.rotationDirection(), 1);
-    EXPECT_FALSE(exporter.supportsTrimming());
-    EXPECT_FALSE(exporter.canTrim());
-    EXPECT_FALSE(exporter.supportsNPOT());
-    EXPECT_TRUE(exporter.showsTexturePath());
-    EXPECT_FALSE(exporter.showsTrimNames());
-}
-
-TEST_F(TemplateFormat, takesTheFirstFileOfEachFiles) {
-    const auto file = [](const QByteArray& name) {
-        return "<file><fileExtension>e" + name + "</fileExtension><template>" + name + "</template><name>" +
-               name + "</name><displayName>d" + name + "</displayName></file>";
-    };
-    QByteArray text = descriptor;
-    text.replace("</files>",
-                 file("ignored") + "</files><files>" + file("second") + file("ignored") + "</files>");
-    add(QStringLiteral("mine/exporter.xml"), text);
-    const DataExporterGeneric exporter(directory());
-    ASSERT_EQ(exporter.files().size(), 2);
-    EXPECT_EQ(exporter.files()[0].templateName, QStringLiteral("main.txt"));
-    EXPECT_EQ(exporter.files()[1].name, QStringLiteral("second"));
-    EXPECT_EQ(exporter.fileFilter(), QStringLiteral("dsecond (*.esecond)"));
-    EXPECT_EQ(exporter.defaultFileName(), QStringLiteral("out.esecond"));
-    // Both render into the one file of the job.
-    add(QStringLiteral("mine/second"), "second {{ texture.fullName }}");
-    EXPECT_EQ(rendered("first, and a good deal longer"), "second sheet.v2.png");
-    // The first alone is not the format's file.
-    QFile::remove(output());
-    add(QStringLiteral("mine/second"), "{% nosuch %}");
-    EXPECT_EQ(errorOf([&] { write(directory()); }).first, 19);
-    EXPECT_FALSE(QFile::exists(output()));
-}
-
-TEST_F(TemplateFormat, saysWhatIsWrongInADescriptor) {
-    const std::string file = (directory() + QStringLiteral("/exporter.xml")).toStdString();
-    const struct {
-        const char* from;
-        const char* to;
-        int code;
-        std::string message;
-    } cases[] = {
-        {"<exporter version=\"1.0\">", "<exporter version=\"2.0\">", 40,
-         "Can't read exporter " + file + " with version \"2.0\". Supported versions are: \"1.0\""},
-        {"<exporter version=\"1.0\">", "<exporter>", 40,
-         "Can't read exporter " + file + " with version \"\". Supported versions are: \"1.0\""},
-        {"<name> mine </name>", "", 51, file + ":2: Missing value for name as subelement of exporter"},
-        {"<version>7.3</version>", "", 51, file + ":2: Missing value for version as subelement of exporter"},
-        {"<name>main</name>", "", 51, file + ":10: Missing value for name as subelement of file"},
-        {"<template>main.txt</template>", "", 51,
-         file + ":10: Missing value for template as subelement of file"},
-        {"<supportsNPOT></supportsNPOT>", "<supportsNPOT>maybe</supportsNPOT>", 51,
-         file + ":2: Illegal value for supportsNPOT: maybe, expected bool (yes,no,true,false,0,1)"},
-        {"ccw", "left", 51,
-         file + ":2: Illegal value left for <rotationDirection>. Possible values are: cw,ccw"},
-        {"<version>7.3</version>", "<version>7.3</versoin>", 45, "Can't read " + file + ": (8,"},
-        {"</exporter>\n", "", 45, "Can't read " + file + ": ("},
-        {"<?xml version=\"1.0\"?>", "<!DOCTYPE a [<!ENTITY b \"c\">]>", 45, "Can't read " + file + ": ("},
-    };
-    for (const auto& fault : cases) {
-        QByteArray text = descriptor;
-        ASSERT_TRUE(text.contains(fault.from));
-        add(QStringLiteral("mine/exporter.xml"), text.replace(fault.from, fault.to));
-        const auto [code, message] = errorOf([&] { DataExporterGeneric exporter(directory()); });
-        EXPECT_EQ(code, fault.code) << fault.to;
-        if (code == 45) {
-            EXPECT_THAT(message, StartsWith(fault.message));
-            EXPECT_THAT(message, EndsWith(" "));
-        } else {
-            EXPECT_EQ(message, fault.message);
-        }
-    }
-    // Neither the depth of a document nor its length goes unchecked.
-    for (const QByteArray& text : {QByteArray("<a>").repeated(100000), QByteArray(5 << 20, ' ')}) {
-        add(QStringLiteral("mine/exporter.xml"), text);
-        EXPECT_EQ(errorOf([&] { DataExporterGeneric exporter(directory()); }).first, 45);
-    }
-}
-
-TEST_F(TemplateFormat, scansUntilTheFirstFault) {
-    QByteArray text = descriptor;
-    add(QStringLiteral("also/exporter.xml"), QByteArray(text).replace("> mine <", ">json<"));
-    DataExporterRegistry registry;
-    const int builtIn = registry.exporters().size();
-    registry.scan(QDir(folder.filePath(QStringLiteral("exporters"))));
-    ASSERT_EQ(registry.exporters().size(), builtIn + 2);
-    EXPECT_EQ(registry.find(QStringLiteral("mine")), registry.exporters().last());
-    EXPECT_EQ(registry.find(QStringLiteral("MINE")), nullptr);
-    EXPECT_EQ(registry.find(QStringLiteral("OLDER"))->displayName(), QStringLiteral("My format"));
-    // The built-in one stands before it.
-    EXPECT_FALSE(registry.find(QStringLiteral("json"))->isTemplateBased());
-
-    ASSERT_TRUE(QDir().mkpath(directory("between")));
-    DataExporterRegistry other;
-    const auto [code, message] =
-        errorOf([&] { other.scan(QDir(folder.filePath(QStringLiteral("exporters")))); });
-    EXPECT_EQ(code, 45);
-    EXPECT_EQ(message, "Can't read " + directory("between").toStdString() + "/exporter.xml");
-    // "also" was read before, "mine" would come after.
-    EXPECT_EQ(other.exporters().size(), builtIn + 1);
-    EXPECT_EQ(other.find(QStringLiteral("mine")), nullptr);
-
-    other.scan(QDir(folder.filePath(QStringLiteral("nosuch"))));
-    EXPECT_EQ(other.exporters().size(), builtIn + 1);
-}
-
-TEST_F(TemplateFormat, startScansTheUsersFolderToo) {
-    DataExporterRegistry registry;
-    EXPECT_EQ(scanExporterFolders(registry), QStringList());
-    EXPECT_EQ(registry.find(QStringLiteral("mine")), nullptr);
-    GlobalSettings().setCustomExporterPath(folder.filePath(QStringLiteral("exporters")));
-    EXPECT_EQ(scanExporterFolders(registry), QStringList());
-    EXPECT_NE(registry.find(QStringLiteral("mine")), nullptr);
-    QFile::remove(directory() + QStringLiteral("/exporter.xml"));
-    EXPECT_EQ(scanExporterFolders(registry),
-              QStringList(QStringLiteral("Can't read %1/exporter.xml").arg(directory())));
-    GlobalSettings().setCustomExporterPath({});
-}
 
 TEST_F(TemplateFormat, rendersEveryPropertyOfASheet) {
     const QString source = folder.filePath(QStringLiteral("source.png"));
@@ -416,6 +178,8 @@ TEST_F(TemplateFormat, failsWithoutHarm) {
          {"", ":0", ":\"2\"", ":zero", ":4294967296", ":00", ":'0'", ":2.x", ":_(\"2\")"})
         failsToLoad(QByteArray("{{ 5|divisibleby") + divisor + " }}", "divisibleby");
     failsToLoad("{% filter divisibleby:0 %}5{% endfilter %}", "divisibleby");
+    failsToLoad("{{ \"a\"|center:2147483647 }}", "center");
+    failsToLoad("{{ 5|floatformat:\"-2000000000\" }}", "floatformat");
     failsToLoad("{% range 1 5 -1 as x %}{% endrange %}", "range");
     for (const QByteArray& tag : {QByteArray("if a"), QByteArray("with a as b")})
         failsToLoad(("{% " + tag + " %}").repeated(20000), "nested");
@@ -433,7 +197,6 @@ TEST_F(TemplateFormat, failsWithoutHarm) {
     EXPECT_EQ(code, 19);
     EXPECT_THAT(message, StartsWith("Failed to write main.txt: "));
     EXPECT_THAT(message, HasSubstr("nosuch.txt"));
-    EXPECT_EQ(errorOfTemplate("{{ \"a\"|center:2147483647 }}").first, 19);
 }
 
 TEST_F(TemplateFormat, saysWhenItCantWrite) {
@@ -453,32 +216,6 @@ TEST_F(TemplateFormat, saysWhenItCantWrite) {
     exporter.setFileName(output());
     EXPECT_THAT(errorOf([&] { exporter.write(); }).second,
                 StartsWith("Failed to init exporter template main.txt: "));
-}
-
-TEST_F(TemplateFormat, fingerprintFollowsEveryFile) {
-    add(QStringLiteral("mine/main.txt"), "abc");
-    add(QStringLiteral("mine/sub/part.txt"), "abc");
-    const DataExporterGeneric exporter(directory());
-    const QFileInfo main(directory() + QStringLiteral("/main.txt"));
-    const QString first = exporter.versionString();
-    EXPECT_EQ(first, exporter.versionString());
-    EXPECT_TRUE(first.startsWith(directory() + QStringLiteral("/exporter.xml|")));
-    EXPECT_TRUE(first.contains(QStringLiteral("%1|3|%2").arg(
-        main.absoluteFilePath(), main.lastModified().toString(QStringLiteral("dd.MM.yyyy hh:mm:ss.zzz")))));
-    EXPECT_TRUE(first.contains(directory() + QStringLiteral("/sub/part.txt|3|")));
-
-    QFile part(directory() + QStringLiteral("/sub/part.txt"));
-    ASSERT_TRUE(part.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(
-        part.setFileTime(QDateTime::currentDateTime().addMSecs(-1234567), QFileDevice::FileModificationTime));
-    part.close();
-    const QString touched = exporter.versionString();
-    EXPECT_NE(touched, first);
-    add(QStringLiteral("mine/sub/more.txt"), "");
-    EXPECT_NE(exporter.versionString(), touched);
-    // A link back up ends where it starts.
-    ASSERT_TRUE(QFile::link(directory(), directory() + QStringLiteral("/sub/loop")));
-    EXPECT_EQ(exporter.versionString().count(QStringLiteral("part.txt|")), 1);
 }
 
 TEST_F(TemplateFormat, shippedExampleShowsEveryProperty) {

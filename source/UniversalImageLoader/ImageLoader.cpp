@@ -1,6 +1,7 @@
 #include "ImageLoader.h"
 
 #include "ImageLoaderPluginPrivate.h"
+#include "PNGLoaderPlugin.h"
 #include "QtFallbackLoaderPlugin.h"
 
 #include <mutex>
@@ -30,6 +31,7 @@ ImageLoaderPlugin* row(const ImageLoader& loader) {
 
 // The order is the selection priority. The fallback is the last: it takes what the others leave.
 constexpr MakePlugin table[] = {
+    row<PNGLoaderPlugin>,
     row<QtFallbackLoaderPlugin>,
 };
 

@@ -18,6 +18,9 @@ std::string classSource(const Class& cls);
 std::string enumHeader(const Enum& globalEnum);
 std::string enumSource(const Enum& globalEnum);
 
+/// The page of the documentation that lists all settings, in Markdown.
+std::string settingsPage();
+
 /// `text` with each "{key}" replaced by its value.
 std::string fill(std::string text, const std::map<std::string, std::string>& values);
 

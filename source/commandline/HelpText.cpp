@@ -1,32 +1,12 @@
 #include "HelpText.h"
 
 #include "ImageLoader.h"
-#include "OptionTable.h"
+#include "OptionSections.h"
 #include "product.h"
 
 #include <algorithm>
 
 namespace {
-
-/// A section's title and the column at which its texts begin.
-struct SectionLayout {
-    OptionSection section;
-    const char* title;
-    int column;
-};
-
-constexpr SectionLayout sections[] = {
-    {OptionSection::Options, "Options:", 30},
-    {OptionSection::Output, "  Output:", 30},
-    {OptionSection::AutoSD, "  AutoSD:", 30},
-    {OptionSection::Algorithm, "  Algorithm settings:", 30},
-    {OptionSection::Dimensions, "  Dimensions and layout:", 30},
-    {OptionSection::Padding, "  Padding and rotation:", 30},
-    {OptionSection::Graphics, "  Graphics optimization:", 30},
-    {OptionSection::Additional, "Additional options:", 30},
-    {OptionSection::AndEngine, "  Additional settings for AndEngine:", 39},
-    {OptionSection::Debugging, "  Debugging:", 30},
-};
 
 QString blanks(int count) { return QString(count, QLatin1Char(' ')); }
 
@@ -48,17 +28,11 @@ QString optionLines(const Option& option, int column) {
     return text;
 }
 
-QString sectionText(const SectionLayout& layout) {
-    std::vector<const Option*> options;
-    for (const Option& option : optionTable()) {
-        if (option.help.section == layout.section)
-            options.push_back(&option);
-    }
-    std::sort(options.begin(), options.end(),
-              [](const Option* a, const Option* b) { return a->help.rank < b->help.rank; });
-    QString text = QLatin1String(layout.title) + QLatin1Char('\n');
+QString sectionText(const OptionSectionLayout& layout) {
+    QString text =
+        QLatin1String(layout.isSubsection ? "  " : "") + QLatin1String(layout.title) + QLatin1String(":\n");
     QString late;
-    for (const Option* option : options) {
+    for (const Option* option : optionsOf(layout.section)) {
         text += optionLines(*option, layout.column);
         if (!late.isEmpty())
             text += blanks(30) + late + QLatin1Char('\n');
@@ -106,7 +80,7 @@ QString helpText() {
     text += QStringLiteral("Packs sprites into sheets. Documentation and news: %1\n\n")
                 .arg(QLatin1String(product::homePage));
     text += usage() + QLatin1Char('\n');
-    for (const SectionLayout& section : sections)
+    for (const OptionSectionLayout& section : optionSections())
         text += sectionText(section) + QLatin1Char('\n');
     return text + examples();
 }

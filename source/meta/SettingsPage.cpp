@@ -1,11 +1,11 @@
-#include "Generator.h"
+#include "PropertyText.h"
 
 namespace meta {
 
 namespace {
 
 /// An element's name in a project file, by the type of its value.
-std::string elementOf(const Property& property) {
+std::string elementOf(const Class& cls, const Property& property) {
     switch (property.type) {
     case Type::Bool:
         return "`<true/>` or `<false/>`";
@@ -22,7 +22,7 @@ std::string elementOf(const Property& property) {
     case Type::Size:
         return "`<QSize>`";
     case Type::Enum:
-        return std::string("`<enum>` ") + property.of;
+        return "`<enum type=\"" + enumName(cls, property) + "\">`";
     case Type::Object:
         return std::string("`<struct>` [") + property.of + "](#" + property.of + ")";
     case Type::StringList:
@@ -50,7 +50,7 @@ std::string propertyRows(const Class& cls) {
     for (const Property& property : cls.properties) {
         if (property.storage == Storage::ReadOnly)
             continue;
-        text += "| `" + std::string(property.name) + "` | " + elementOf(property) + " | " +
+        text += "| `" + std::string(property.name) + "` | " + elementOf(cls, property) + " | " +
                 plainDefault(property) + " | " + property.meaning + " |\n";
     }
     return text;
@@ -79,11 +79,12 @@ std::string section(const Class& cls) {
 } // namespace
 
 std::string settingsPage() {
-    std::string text = "<!-- Made from the table of settings by scripts/docs. -->\n"
-                       "# Settings\n\n"
-                       "Everything that a [project file](project-file.md) holds, and what a "
-                       "[template](templates.md) reads as "
-                       "`settings.<name>`.\n";
+    std::string text =
+        "<!-- Made from the table of settings by scripts/docs. -->\n"
+        "# Settings\n\n"
+        "Everything that a [project file](project-file.md) holds, and what a "
+        "[template](templates.md) reads as "
+        "`settings.<name>`. The outermost struct has the type Settings and holds what SettingsBase lists.\n";
     // The whole stands before its parts.
     for (auto cls = classes().rbegin(); cls != classes().rend(); ++cls)
         text += section(*cls);

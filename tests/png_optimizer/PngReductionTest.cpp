@@ -209,8 +209,10 @@ TEST(PngPalette, isMadeOnlyIfItPays) {
     // Two colours: 48 bits of palette, 23 bits saved a pixel.
     const auto file = [](std::uint32_t width, int colors) {
         Bytes row;
-        for (std::uint32_t x = 0; x < width; ++x)
-            row.insert(row.end(), {byte(x % static_cast<unsigned>(colors)), 9, 3});
+        for (std::uint32_t x = 0; x < width; ++x) {
+            const Bytes pixel{byte(x % static_cast<unsigned>(colors)), 9, 3};
+            row.insert(row.end(), pixel.begin(), pixel.end());
+        }
         return PngFile::make({width, 1, 8, rgb, 0}, row);
     };
     EXPECT_EQ(PngFile::header(optimized(file(2, 2))).colorType, rgb);

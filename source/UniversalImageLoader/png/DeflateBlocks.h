@@ -1,8 +1,6 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
-#include <cstdint>
+#include "DeflateFormat.h"
 
 /// The size of a zlib stream from the symbols that deflate finds (RFC 1950, RFC 1951): collects them into
 /// blocks as zlib does, and counts what zlib would write for each. To the bit: including the ties of its
@@ -18,8 +16,8 @@ public:
         return ++m_symbols == m_capacity;
     }
     bool match(std::size_t length, std::size_t distance) {
-        ++m_literals[lengthCodes()[length]];
-        ++m_distances[distanceCode(distance)];
+        ++m_literals[deflateFormat::lengthCodes[length]];
+        ++m_distances[deflateFormat::distanceCode(distance)];
         return ++m_symbols == m_capacity;
     }
 
@@ -31,15 +29,9 @@ public:
     std::size_t streamBytes() const { return 2 + static_cast<std::size_t>((m_bits + 7) / 8) + 4; }
 
 private:
-    static constexpr std::size_t literalCodes = 286;
-    static constexpr std::size_t distanceCodeCount = 30;
-
-    static const std::array<std::uint16_t, 259>& lengthCodes();
-    static std::size_t distanceCode(std::size_t distance);
-
     const std::size_t m_capacity;
     std::size_t m_symbols = 0;
     std::uint64_t m_bits = 0;
-    std::array<std::uint32_t, literalCodes> m_literals = {};
-    std::array<std::uint32_t, distanceCodeCount> m_distances = {};
+    std::array<std::uint32_t, deflateFormat::literalCodes> m_literals = {};
+    std::array<std::uint32_t, deflateFormat::distanceCodes> m_distances = {};
 };

@@ -2,6 +2,7 @@
 
 #include "Error.h"
 #include "OutputFile.h"
+#include "SheetPng.h"
 
 #include <QFileInfo>
 #include <QImageWriter>
@@ -23,12 +24,15 @@ bool isRefused(SettingsBase::OutputFormat format) {
     }
 }
 
+bool endsIn(const QString& fileName, const char* suffix) {
+    return fileName.endsWith(QLatin1String(suffix), Qt::CaseInsensitive);
+}
+
 /// -1 is the toolkit's own choice. For png 0 means strongest compression.
 int quality(const QString& fileName, const Settings& settings) {
-    const auto endsIn = [&](QLatin1String suffix) { return fileName.endsWith(suffix, Qt::CaseInsensitive); };
-    if (endsIn(QLatin1String(".png")))
+    if (endsIn(fileName, ".png"))
         return 0;
-    if (endsIn(QLatin1String(".jpg")) || endsIn(QLatin1String(".jpeg")))
+    if (endsIn(fileName, ".jpg") || endsIn(fileName, ".jpeg"))
         return static_cast<int>(settings.jpgQuality());
     return -1;
 }
@@ -36,6 +40,17 @@ int quality(const QString& fileName, const Settings& settings) {
 [[noreturn]] void fail(const QString& fileName, const QString& reason) {
     throw Error(Error::TextureFile,
                 QStringLiteral("Failed to write texture to file %1: %2").arg(fileName, reason));
+}
+
+void writeByToolkit(OutputFile& output, const QString& fileName, const QImage& sheet,
+                    const Settings& settings) {
+    // The device isn't the file of that name yet, so the suffix has to be handed over.
+    QImageWriter writer(&output.device(), QFileInfo(fileName).suffix().toLower().toLatin1());
+    writer.setQuality(quality(fileName, settings));
+    if (writer.write(sheet))
+        return;
+    const bool deviceFailed = output.device().error() != QFileDevice::NoError;
+    fail(fileName, deviceFailed ? output.errorString() : writer.errorString());
 }
 
 } // namespace
@@ -50,13 +65,11 @@ void ImageExporterPng::write(const Settings& settings, const PackedTexture& text
     OutputFile output(fileName());
     if (!output.open())
         fail(fileName(), output.errorString());
-    // The device isn't the file of that name yet, so the suffix has to be handed over.
-    QImageWriter writer(&output.device(), QFileInfo(fileName()).suffix().toLower().toLatin1());
-    writer.setQuality(quality(fileName(), settings));
-    if (!writer.write(sheet)) {
-        const bool deviceFailed = output.device().error() != QFileDevice::NoError;
-        fail(fileName(), deviceFailed ? output.errorString() : writer.errorString());
-    }
+    const QByteArray file = endsIn(fileName(), ".png") ? encodeSheetPng(sheet) : QByteArray();
+    if (file.isEmpty())
+        writeByToolkit(output, fileName(), sheet, settings);
+    else if (output.device().write(file) != file.size())
+        fail(fileName(), output.errorString());
     if (!output.commit())
         fail(fileName(), output.errorString());
 }

@@ -1,0 +1,212 @@
+#include "SheetPng.h"
+
+#include "DeflateParser.h"
+#include "DeflateWriter.h"
+#include "PngChunks.h"
+#include "RowFilter.h"
+#include "SideBySide.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+#include <QtEndian>
+
+#include <png.h>
+#include <zlib.h>
+
+#include <algorithm>
+
+namespace {
+
+/// Places that are looked at for each match, and as many for a guess.
+constexpr int effort = 16;
+constexpr int guessEffort = 4;
+
+/// The file is made in bands of rows of about so many bytes, which don't depend on the number of cores.
+constexpr std::size_t bandBytes = std::size_t{1} << 20;
+
+struct Band {
+    std::size_t firstRow;
+    std::size_t rows;
+    std::vector<std::uint8_t> deflated = {};
+    uLong checksum = 0; ///< Adler-32 of the band's filtered rows
+};
+
+/// A picture's rows on their way into a zlib stream.
+class SheetStream {
+public:
+    SheetStream(const QImage& image, std::size_t bytesPerPixel);
+
+    std::vector<Band>& deflate();
+
+private:
+    std::size_t filteredBytes(std::size_t rows) const { return rows * (m_rowBytes + 1); }
+    std::uint8_t* filtered(std::size_t row) { return m_filtered.data() + filteredBytes(row); }
+    const std::uint8_t* row(std::size_t y) const {
+        return y > 0 ? m_image.constScanLine(static_cast<int>(y - 1)) : m_zeros.data();
+    }
+    void filterBand(const Band& band);
+    void filterRows(std::size_t first, std::size_t count, bool adaptive);
+    bool isSmallerUnfiltered(const Band& band);
+    void deflateBand(Band& band);
+
+    const QImage m_image;
+    const std::size_t m_bytesPerPixel;
+    const std::size_t m_rowBytes;
+    const std::vector<std::uint8_t> m_zeros; ///< the row above the first
+    std::vector<std::uint8_t> m_filtered;
+    std::vector<Band> m_bands;
+};
+
+SheetStream::SheetStream(const QImage& image, std::size_t bytesPerPixel)
+    : m_image(image.convertToFormat(bytesPerPixel == 4 ? QImage::Format_RGBA8888 : QImage::Format_RGB888)),
+      m_bytesPerPixel(bytesPerPixel), m_rowBytes(static_cast<std::size_t>(image.width()) * bytesPerPixel),
+      m_zeros(m_rowBytes) {
+    const auto height = static_cast<std::size_t>(image.height());
+    m_filtered.resize(filteredBytes(height) + DeflateParser::readable);
+    const std::size_t rows = std::max<std::size_t>(bandBytes / filteredBytes(1), 1);
+    for (std::size_t first = 0; first < height; first += rows)
+        m_bands.push_back({first, std::min(rows, height - first)});
+}
+
+void SheetStream::filterRows(std::size_t first, std::size_t count, bool adaptive) {
+    RowFilter filter(m_bytesPerPixel, m_rowBytes);
+    for (std::size_t y = first; y < first + count; ++y) {
+        if (adaptive)
+            filter.adaptive(row(y + 1), row(y), filtered(y));
+        else
+            filter.none(row(y + 1), filtered(y));
+    }
+}
+
+std::uint64_t deflatedBits(const std::uint8_t* bytes, std::size_t begin, std::size_t end) {
+    DeflateParser parser(bytes, begin, end, guessEffort);
+    DeflateWriter writer(bytes);
+    for (DeflateSymbols block; parser.nextBlock(block);)
+        writer.write(block, false);
+    return writer.size();
+}
+
+/// Drawn pixels want no filter, painted ones do: two samples of the band tell what it has.
+bool SheetStream::isSmallerUnfiltered(const Band& band) {
+    constexpr std::size_t samples = 2;
+    constexpr std::size_t sampleBytes = std::size_t{1} << 15;
+    const std::size_t rows = std::clamp<std::size_t>(sampleBytes / filteredBytes(1), 1, band.rows);
+    std::uint64_t adaptive = 0;
+    std::uint64_t unfiltered = 0;
+    for (std::size_t i = 0; i < samples; ++i) {
+        const std::size_t first = band.firstRow + (band.rows - rows) * (2 * i + 1) / (2 * samples);
+        const auto bits = [&](bool isAdaptive) {
+            filterRows(first, rows, isAdaptive);
+            return deflatedBits(m_filtered.data(), filteredBytes(first), filteredBytes(first + rows));
+        };
+        adaptive += bits(true);
+        unfiltered += bits(false);
+    }
+    return unfiltered < adaptive;
+}
+
+void SheetStream::filterBand(const Band& band) {
+    filterRows(band.firstRow, band.rows, !isSmallerUnfiltered(band));
+}
+
+void SheetStream::deflateBand(Band& band) {
+    const bool isLast = &band == &m_bands.back();
+    const std::size_t begin = filteredBytes(band.firstRow);
+    const std::size_t size = filteredBytes(band.rows);
+    DeflateParser parser(m_filtered.data(), begin, begin + size, effort);
+    DeflateWriter writer(m_filtered.data());
+    for (DeflateSymbols block; parser.nextBlock(block);)
+        writer.write(block, isLast && block.end == begin + size);
+    if (!isLast)
+        writer.align();
+    band.deflated = writer.take();
+    band.checksum = adler32(1, m_filtered.data() + begin, static_cast<uInt>(size));
+}
+
+std::vector<Band>& SheetStream::deflate() {
+    sideBySide(m_bands.size(), [this](std::size_t i) { filterBand(m_bands[i]); });
+    sideBySide(m_bands.size(), [this](std::size_t i) { deflateBand(m_bands[i]); });
+    return m_bands;
+}
+
+void appendNumber(QByteArray& bytes, quint32 number) {
+    const quint32 bigEndian = qToBigEndian(number);
+    bytes.append(reinterpret_cast<const char*>(&bigEndian), sizeof bigEndian);
+}
+
+void appendChecksum(QByteArray& file, int typeAt) {
+    appendNumber(file,
+                 static_cast<quint32>(crc32(0, reinterpret_cast<const Bytef*>(file.constData() + typeAt),
+                                            static_cast<uInt>(file.size() - typeAt))));
+}
+
+/// The zlib stream (RFC 1950) as one chunk.
+void appendPixels(QByteArray& file, const QImage& image, std::size_t bytesPerPixel) {
+    SheetStream stream(image, bytesPerPixel);
+    const std::vector<Band>& bands = stream.deflate();
+    std::size_t size = 2 + 4;
+    for (const Band& band : bands)
+        size += band.deflated.size();
+    file.reserve(file.size() + static_cast<int>(size + 2 * pngChunkFrame));
+    appendNumber(file, static_cast<quint32>(size));
+    const int typeAt = file.size();
+    file.append("IDAT\x78\xda", 6); // 32 KiB window, slowest compression
+    uLong checksum = 1;
+    const std::size_t rowBytes = static_cast<std::size_t>(image.width()) * bytesPerPixel + 1;
+    for (const Band& band : bands) {
+        file.append(reinterpret_cast<const char*>(band.deflated.data()),
+                    static_cast<int>(band.deflated.size()));
+        checksum = adler32_combine(checksum, band.checksum, static_cast<z_off_t>(band.rows * rowBytes));
+    }
+    appendNumber(file, static_cast<quint32>(checksum));
+    appendChecksum(file, typeAt);
+}
+
+QByteArray byToolkit(const QImage& image) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
+    writer.setQuality(0);
+    return writer.write(image) ? buffer.data() : QByteArray();
+}
+
+/// The toolkit's file of one pixel tells all chunks but the picture's own; empty for kinds that aren't
+/// written here.
+QByteArray withPixels(const QByteArray& onePixel, const QImage& image) {
+    const bool hasAlpha = image.hasAlphaChannel();
+    QByteArray file(pngSignature().data(), static_cast<int>(pngSignature().size()));
+    for (const PngChunk& chunk : splitPng(onePixel)) {
+        if (chunk.type == "IDAT") {
+            appendPixels(file, image, hasAlpha ? 4 : 3);
+            continue;
+        }
+        const int at = file.size();
+        file.append(chunk.whole.data(), static_cast<int>(chunk.whole.size()));
+        if (chunk.type != "IHDR")
+            continue;
+        // Length and type, then width, height, depth and colour type.
+        const int colorType = hasAlpha ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB;
+        if (file.at(at + 16) != 8 || file.at(at + 17) != colorType)
+            return {};
+        qToBigEndian(static_cast<quint32>(image.width()), file.data() + at + 8);
+        qToBigEndian(static_cast<quint32>(image.height()), file.data() + at + 12);
+        file.chop(4);
+        appendChecksum(file, at + 4);
+    }
+    return file;
+}
+
+} // namespace
+
+QByteArray encodeSheetPng(const QImage& image) {
+    const QByteArray onePixel = byToolkit(image.copy(0, 0, 1, 1));
+    const QByteArray file = onePixel.isEmpty() ? QByteArray() : withPixels(onePixel, image);
+    // What is good for large pictures isn't always for the smallest.
+    constexpr qint64 smallBytes = 1 << 16;
+    if (!file.isEmpty() && image.sizeInBytes() <= smallBytes) {
+        const QByteArray toolkit = byToolkit(image);
+        if (!toolkit.isEmpty() && toolkit.size() < file.size())
+            return toolkit;
+    }
+    return file;
+}

@@ -24,11 +24,14 @@ function(sorvane_library name)
     target_link_libraries(${name} PUBLIC ${arg_NEEDS} PRIVATE sorvane_options)
 endfunction()
 
-# sorvane_test(LIBRARY SOURCES file... [NEEDS target...])
-# The one test binary of a library: <library>_test.
+# sorvane_test(LIBRARY [NAME name] SOURCES file... [NEEDS target...])
+# The one test binary of a library, <library>_test, or one more, <name>_test.
 function(sorvane_test library)
-    cmake_parse_arguments(arg "" "" "SOURCES;NEEDS" ${ARGN})
-    set(name ${library}_test)
+    cmake_parse_arguments(arg "" "NAME" "SOURCES;NEEDS" ${ARGN})
+    if(NOT arg_NAME)
+        set(arg_NAME ${library})
+    endif()
+    set(name ${arg_NAME}_test)
     add_executable(${name} ${arg_SOURCES} ${PROJECT_SOURCE_DIR}/tests/main.cpp)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${name} PRIVATE ${library} ${arg_NEEDS} GTest::gtest GTest::gmock sorvane_options)

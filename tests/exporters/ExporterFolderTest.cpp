@@ -166,4 +166,12 @@ TEST_F(ExporterFolder, fingerprintFollowsEveryFile) {
     // A link back up ends where it starts.
     ASSERT_TRUE(QFile::link(directory(), directory() + QStringLiteral("/sub/loop")));
     EXPECT_EQ(exporter.versionString().count(QStringLiteral("part.txt|")), 1);
+    // Folders that all link to each other, which make millions of ways.
+    const QString web = directory() + QStringLiteral("/web/%1");
+    for (int i = 0; i < 12; ++i) {
+        add(QStringLiteral("mine/web/%1/strand.txt").arg(i), "");
+        for (int j = 0; j < 12; ++j)
+            ASSERT_TRUE(QFile::link(web.arg(j), (web + QStringLiteral("/%2")).arg(i).arg(j)));
+    }
+    EXPECT_EQ(exporter.versionString().count(QStringLiteral("strand.txt|")), 12);
 }

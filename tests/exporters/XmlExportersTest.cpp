@@ -231,6 +231,15 @@ TEST_F(AndEngineTest, leavesNoHalfOfThePair) {
     expectFailure(path("data"), 11, QStringLiteral("Failed to write java file %1").arg(missing));
     settings.andEngine()->setJavaFileName(QStringLiteral("/dev/full"));
     expectFailure(path("data"), 11, QStringLiteral("Failed to write java file /dev/full"));
+    // A java file in the place of another one.
+    const auto refusal = [](const QString& name) {
+        return name + QStringLiteral(" would be written twice; give the java definitions a file of their own "
+                                     "(--andengine-java)");
+    };
+    settings.andEngine()->setJavaFileName(path("./data"));
+    expectFailure(path("data"), 11, refusal(path("./data")));
+    settings.andEngine()->setJavaFileName(QStringLiteral("/x/y/../sheet.png"));
+    expectFailure(path("data"), 11, refusal(QStringLiteral("/x/y/../sheet.png")));
     settings.andEngine()->setJavaFileName(path("Sheet.java"));
     expectFailure(QStringLiteral("/dev/full"), 11, QStringLiteral("Failed to write xml file /dev/full"));
     for (const auto format : {SettingsBase::OutputFormat::BGRA8888, SettingsBase::OutputFormat::PVRTC4}) {

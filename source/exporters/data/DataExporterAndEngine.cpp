@@ -6,6 +6,7 @@
 #include "XmlDataFile.h"
 #include "product.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -38,6 +39,10 @@ QString wrapWord(AndEngineWrap::Wrap wrap) {
     return wrap == AndEngineWrap::Wrap::Clamp ? QStringLiteral("clamp") : QStringLiteral("repeat");
 }
 
+QString comparablePath(const QString& fileName) {
+    return QDir::cleanPath(QFileInfo(fileName).absoluteFilePath());
+}
+
 void writeRegion(XmlDataFile& file, int id, const PackedSprite& sprite) {
     const QRect rect = sprite.frameRectWithoutRotation();
     QXmlStreamWriter& xml = file.xml();
@@ -65,6 +70,7 @@ void DataExporterAndEngine::write() const {
             Error::CommandLine,
             QStringLiteral("AndEngine exproter needs a java file name to export definitions. On command line "
                            "use --andengine-java <filename> to set the file name"));
+    checkJavaFileName(javaFileName);
     DataFile java(javaFileName, QStringLiteral("Failed to write java file %1"));
     writeConstants(java.text(), javaFileName);
     // The description comes last: it holds the token by which a later run finds both files current, so that
@@ -76,6 +82,14 @@ void DataExporterAndEngine::write() const {
         OutputFile::remove(javaFileName);
         throw;
     }
+}
+
+void DataExporterAndEngine::checkJavaFileName(const QString& javaFileName) const {
+    const QString path = comparablePath(javaFileName);
+    if (path == comparablePath(fileName()) || path == comparablePath(settings()->textureFileName()))
+        throw Error(Error::DataFile, QStringLiteral("%1 would be written twice; give the java definitions a "
+                                                    "file of their own (--andengine-java)")
+                                         .arg(javaFileName));
 }
 
 QString DataExporterAndEngine::nameInFile(const PackedSprite& sprite) const {

@@ -12,8 +12,9 @@ class DataExporterAndEngine : public DataExporter {
 public:
     explicit DataExporterAndEngine(const DataExporterInfo& info);
 
-    /// Both files, or none. Throws Error: DataFile as ever, also for a pixel format that AndEngine hasn't;
-    /// CommandLine if the settings name no java file.
+    /// Both files, or none. Throws Error: DataFile as ever, also for a pixel format that AndEngine hasn't,
+    /// and for a java file that would overwrite the description or the texture; CommandLine if the settings
+    /// name no java file.
     void write() const override;
 
     /// The file tells trimming, but a run on the command line starts without it.
@@ -23,6 +24,7 @@ public:
     QString nameInFile(const PackedSprite& sprite) const override;
 
 private:
+    void checkJavaFileName(const QString& javaFileName) const;
     void writeAtlas(XmlDataFile& file, const QString& pixelFormat) const;
     void writeOptions(XmlDataFile& file) const;
     void writeConstants(QTextStream& stream, const QString& javaFileName) const;

@@ -5,23 +5,23 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QSet>
 
 namespace {
 
-/// `above` are the folders that lead here: a link back to one of them would never end.
-QString fingerprint(const QDir& folder, QStringList above) {
+/// Appends a line for each file in the folder and below it. `seen` are the folders that were read: links that
+/// lead from one to another would have no end, or a very late one.
+void appendFingerprint(QString& text, const QDir& folder, QSet<QString>& seen) {
     const QString place = folder.canonicalPath();
-    if (above.contains(place))
-        return {};
-    above.append(place);
-    QString text;
+    if (seen.contains(place))
+        return;
+    seen.insert(place);
     for (const QFileInfo& file : folder.entryInfoList(QDir::Files))
         text += QStringLiteral("%1|%2|%3")
                     .arg(file.absoluteFilePath(), QString::number(file.size()),
                          file.lastModified().toString(QStringLiteral("dd.MM.yyyy hh:mm:ss.zzz")));
     for (const QFileInfo& subFolder : folder.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot))
-        text += fingerprint(QDir(subFolder.absoluteFilePath()), above);
-    return text;
+        appendFingerprint(text, QDir(subFolder.absoluteFilePath()), seen);
 }
 
 } // namespace
@@ -43,4 +43,9 @@ void DataExporterGeneric::write() const {
     }
 }
 
-QString DataExporterGeneric::versionString() const { return fingerprint(QDir(m_directory), {}); }
+QString DataExporterGeneric::versionString() const {
+    QString text;
+    QSet<QString> seen;
+    appendFingerprint(text, QDir(m_directory), seen);
+    return text;
+}

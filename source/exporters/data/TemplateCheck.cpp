@@ -33,8 +33,14 @@ QString harmfulUse(const QString& text) {
          "The filter divisibleby needs a whole number above 0, written out without quotes"},
         {pattern(QStringLiteral(R"re((?:\||filter\s+)(?:center|ljust|rjust|floatformat):["']?-?\d{6})re")),
          "The filters center, ljust, rjust and floatformat take up to 99999 characters"},
-        {pattern(QStringLiteral(R"re(\{%\s*range\s+\S+\s+\S+\s+(?:-\d+|0+)\s+as\s)re")),
-         "The tag range needs a step above 0"},
+        {pattern(QStringLiteral(R"re(\{%\s*range\s+\S+\s+\S+\s+(?!0*[1-9][0-9]{0,8}\s+as\s)\S+\s+as\s)re")),
+         "The tag range needs a step above 0, written out without quotes"},
+        {pattern(QStringLiteral(R"re((?:\||filter\s+)truncatewords\b(?!:0*[1-9][0-9]{0,8}(?![\w.])))re")),
+         "The filter truncatewords needs a whole number above 0, written out without quotes"},
+        {pattern(QStringLiteral(R"re((?:\||filter\s+)slice\b(?!:(?:"[^":]*:[^"]*"|'[^':]*:[^']*')))re")),
+         "The filter slice needs a range in quotes, with a colon, \":3\""},
+        {pattern(QStringLiteral(R"re((?:\||filter\s+)get_digit\b(?!:[0-9]{1,9}(?![\w.])))re")),
+         "The filter get_digit needs a whole number, written out without quotes"},
     };
     for (const Harm& harm : harms) {
         const QRegularExpressionMatch match = harm.pattern.match(text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QSet>
 
 #include <grantlee/templateloader.h>
@@ -8,13 +9,21 @@
 /// template is outside data. Made for one rendering in one thread.
 class TemplateLoader : public Grantlee::FileSystemTemplateLoader {
 public:
-    explicit TemplateLoader(const QString& directory);
+    /// Templates that include each other millions of times are stopped at the deadline.
+    TemplateLoader(const QString& directory, QDeadlineTimer deadline);
 
-    /// Throws Error (Exporter) for a template that is refused, also when another one includes it.
+    /// Only for plain files in the folder.
+    bool canLoadTemplate(const QString& name) const override;
+
+    /// Throws Error (Exporter) for a template that is refused, also when another one includes it, and for any
+    /// after the deadline.
     Grantlee::Template loadByName(const QString& name, const Grantlee::Engine* engine) const override;
 
 private:
+    void check(const QString& name) const;
+
     QString m_directory;
+    QDeadlineTimer m_deadline;
     const char* m_stackBase;
     mutable QSet<QString> m_checked;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QIODevice>
 
 /// Hands what a template prints on to a file, and stops the rendering where it stands once that fails: a
@@ -7,8 +8,9 @@
 /// an exception of the template library, which its renderer turns into the template's error.
 class TemplateOutput : public QIODevice {
 public:
-    /// `target` is open and stays until this object is gone. `maxBytes` of output are too many.
-    TemplateOutput(QIODevice& target, qint64 maxBytes);
+    /// `target` is open and stays until this object is gone. More than `maxBytes` of output, and output
+    /// behind the deadline, are too much.
+    TemplateOutput(QIODevice& target, qint64 maxBytes, QDeadlineTimer deadline);
 
 protected:
     qint64 readData(char* data, qint64 maxSize) override;
@@ -19,5 +21,6 @@ private:
 
     QIODevice& m_target;
     qint64 m_left;
+    QDeadlineTimer m_deadline;
     bool m_stopped = false;
 };

@@ -16,17 +16,24 @@
 #include <grantlee/template.h>
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSharedPointer>
 #include <QTextStream>
 
 #include <algorithm>
+#include <chrono>
 #include <new>
 
 namespace {
 
 /// More than any data file needs, and less than a disk holds.
 constexpr qint64 maxOutputBytes = qint64(1) << 30;
+
+/// Thousands of sprites take seconds.
+constexpr std::chrono::minutes maxTime{5};
 
 using SortBy = AlgorithmBasicSettings::SortBy;
 
@@ -90,8 +97,9 @@ QVariantMap textureOf(const DataExporter& exporter) {
             {QStringLiteral("fullName"), info.fileName()}};
 }
 
-void fill(Grantlee::Context& context, const DataExporter& exporter) {
-    context.insert(QStringLiteral("settings"), static_cast<QObject*>(exporter.settings()));
+/// `settings` are the exporter's, or equal ones.
+void fill(Grantlee::Context& context, const DataExporter& exporter, Settings* settings) {
+    context.insert(QStringLiteral("settings"), static_cast<QObject*>(settings));
     context.insert(QStringLiteral("sprites"), listOf(exporter.texture().sprites()));
     context.insert(QStringLiteral("allSprites"), listOf(orderedSprites(exporter)));
     context.insert(QStringLiteral("smartUpdateKey"), exporter.smartUpdateKey());
@@ -102,8 +110,9 @@ void fill(Grantlee::Context& context, const DataExporter& exporter) {
     throw Error(Error::Exporter, QStringLiteral("Failed to write %1: %2").arg(name, reason));
 }
 
-void renderInto(QIODevice& device, const Grantlee::Template& page, Grantlee::Context& context) {
-    TemplateOutput output(device, maxOutputBytes);
+void renderInto(QIODevice& device, const Grantlee::Template& page, Grantlee::Context& context,
+                QDeadlineTimer deadline) {
+    TemplateOutput output(device, maxOutputBytes, deadline);
     QTextStream text(&output);
     text.setCodec("UTF-8");
     Grantlee::OutputStream stream(&text);
@@ -112,11 +121,45 @@ void renderInto(QIODevice& device, const Grantlee::Template& page, Grantlee::Con
         text.flush();
 }
 
+constexpr int maxTagsTried = 2000;
+
+/// The library says "line 0" of every fault. The line is that of the first tag that alone has the same one.
+/// Tags inside a block, and its beginning, are faults in any case when they stand alone: for these 0 stays.
+int lineOfFault(const Grantlee::Engine& engine, const QString& text, const QString& name,
+                const QString& reason) {
+    static const QRegularExpression tag(
+        QStringLiteral(R"re(\{%\s*(?!end|else|elif|empty)(\w+)[^\n]*?%\}|\{\{[^\n]*?\}\})re"));
+    if (reason.startsWith(QLatin1String("Unclosed tag")))
+        return 0;
+    QString loads;
+    auto tags = tag.globalMatch(text);
+    for (int i = 0; i < maxTagsTried && tags.hasNext(); ++i) {
+        const QRegularExpressionMatch match = tags.next();
+        if (engine.newTemplate(loads + match.captured(), name)->errorString() == reason)
+            return text.leftRef(match.capturedStart()).count(QLatin1Char('\n')) + 1;
+        if (match.captured(1) == QLatin1String("load"))
+            loads += match.captured();
+    }
+    return 0;
+}
+
+QString reasonOf(const Grantlee::Template& page, const Grantlee::Engine& engine, const QString& fileName,
+                 const QString& name) {
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return page->errorString();
+    const int line = lineOfFault(engine, QString::fromUtf8(file.readAll()), name, page->errorString());
+    return page->errorString().replace(QLatin1String("line 0"), QStringLiteral("line %1").arg(line));
+}
+
 } // namespace
 
 void TemplateRenderer::render(const QString& templateName, bool keep) const {
+    const QDeadlineTimer deadline(maxTime);
     Grantlee::Engine engine;
-    engine.addTemplateLoader(QSharedPointer<TemplateLoader>::create(m_directory));
+    engine.addTemplateLoader(QSharedPointer<TemplateLoader>::create(m_directory, deadline));
+    // The last one that is added is searched first.
+    engine.addPluginPath(QCoreApplication::applicationDirPath() + QStringLiteral("/plugins"));
     engine.addPluginPath(m_directory);
     engine.addPluginPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../Plugins"));
     engine.addDefaultLibrary(QStringLiteral("grantlee_scriptabletags"));
@@ -126,16 +169,23 @@ void TemplateRenderer::render(const QString& templateName, bool keep) const {
     if (page->error() != Grantlee::NoError)
         throw Error(
             Error::Exporter,
-            QStringLiteral("Failed to init exporter template %1: %2").arg(templateName, page->errorString()));
+            QStringLiteral("Failed to init exporter template %1: %2")
+                .arg(templateName,
+                     reasonOf(page, engine, m_directory + QLatin1Char('/') + templateName, templateName)));
 
     OutputFile file(m_exporter.fileName());
     if (!file.open())
         throw Error(Error::Exporter,
                     QStringLiteral("Failed to open %1 for writing").arg(m_exporter.fileName()));
+    // A script can write to the settings that it is handed, and its engine deletes an object without a
+    // parent.
+    QObject owner;
+    Settings* const settings = m_exporter.settings()->clone();
+    settings->setParent(&owner);
     Grantlee::Context context;
-    fill(context, m_exporter);
+    fill(context, m_exporter, settings);
     try {
-        renderInto(file.device(), page, context);
+        renderInto(file.device(), page, context, deadline);
     } catch (const Grantlee::Exception& exception) {
         failWriting(templateName, exception.what());
     } catch (const std::bad_alloc&) {

@@ -14,6 +14,25 @@
 
 #include <exception>
 
+namespace {
+
+/// What is wrong inside a project is told without the project's name: it gets a line of its own.
+Error inProject(const Error& error, const QString& fileName) {
+    if (error.message().contains(fileName))
+        return error;
+    return {error.code(), QStringLiteral("%1\nin the project file %2").arg(error.message(), fileName)};
+}
+
+std::unique_ptr<Settings> loadProject(const QString& fileName) {
+    try {
+        return std::unique_ptr<Settings>(Settings::load(fileName));
+    } catch (const Error& error) {
+        throw inProject(error, fileName);
+    }
+}
+
+} // namespace
+
 CommandLineSequencer::CommandLineSequencer(const QStringList& arguments)
     : m_arguments(arguments), m_queue(new Sorvane) {
     m_queue->moveToThread(&m_workerThread);
@@ -69,30 +88,32 @@ void CommandLineSequencer::processImages() {
 }
 
 void CommandLineSequencer::processNextSvs() {
-    if (m_svsFiles.isEmpty()) {
-        QTimer::singleShot(10, this, &CommandLineSequencer::cleanupAndExit);
-        return;
+    // A loop: as many faulty projects as a command line holds would be too deep a recursion.
+    while (!m_svsFiles.isEmpty()) {
+        try {
+            m_settings.reset();
+            processProject(m_svsFiles.takeFirst());
+            return;
+        } catch (const EndOfRun& end) {
+            endRun(end.output);
+            return;
+        } catch (const std::exception& error) {
+            onError(QString::fromUtf8(error.what()));
+        }
     }
-    try {
-        m_settings.reset();
-        processProject(m_svsFiles.takeFirst());
-    } catch (const EndOfRun& end) {
-        endRun(end.output);
-    } catch (const std::exception& error) {
-        onError(QString::fromUtf8(error.what()));
-        processNextSvs();
-    }
+    QTimer::singleShot(10, this, &CommandLineSequencer::cleanupAndExit);
 }
 
 void CommandLineSequencer::processProject(const QString& fileName) {
     if (!m_arguments.contains(QLatin1String("--quiet")))
         ConsoleLog::instance().print(QStringLiteral("Processing %1...\n").arg(fileName));
-    m_settings.reset(Settings::load(fileName));
+    m_settings = loadProject(fileName);
     parseOptions(*m_settings);
     if (m_settings->textureFileName().isEmpty() || m_settings->dataFileName().isEmpty())
-        throw Error(Error::Batch,
-                    QStringLiteral("Filenames for texture and data file must be set inside svs file "
-                                   "for batch processing."));
+        throw inProject(
+            Error(Error::Batch, QStringLiteral("Filenames for texture and data file must be set inside svs "
+                                               "file for batch processing.")),
+            fileName);
     startJob();
 }
 

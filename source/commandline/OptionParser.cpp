@@ -7,6 +7,8 @@
 #include "Settings.h"
 #include "product.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <numeric>
 #include <optional>
@@ -15,24 +17,38 @@ namespace {
 
 [[noreturn]] void fail(const QString& message) { throw Error(Error::CommandLine, message); }
 
-/// Takes the argument behind the one at `index`, and both out of the list.
-QString takeWithValue(QStringList& arguments, int index) {
-    const QString name = arguments.at(index);
-    if (index + 1 == arguments.size())
-        fail(QStringLiteral("Missing value for parameter %1").arg(name));
-    const QString value = arguments.takeAt(index + 1);
-    arguments.removeAt(index);
-    return value;
+[[noreturn]] void failMissing(const QString& name) {
+    fail(QStringLiteral("Missing value for parameter %1").arg(name));
 }
 
 std::optional<QString> takeValue(QStringList& arguments, const QString& name) {
     const int index = arguments.indexOf(name);
     if (index < 0)
         return std::nullopt;
-    const QString value = takeWithValue(arguments, index);
+    if (index + 1 == arguments.size())
+        failMissing(name);
+    const QString value = arguments.takeAt(index + 1);
+    arguments.removeAt(index);
     if (arguments.contains(name))
         fail(QStringLiteral("Parameter %1 specified multiple times.").arg(name));
     return value;
+}
+
+/// In one pass: a build script may give thousands of patterns.
+QStringList takeValues(QStringList& arguments, const QString& name) {
+    QStringList values;
+    QStringList others;
+    for (int i = 0; i < arguments.size(); ++i) {
+        if (arguments.at(i) != name) {
+            others.append(arguments.at(i));
+            continue;
+        }
+        if (++i == arguments.size())
+            failMissing(name);
+        values.append(arguments.at(i));
+    }
+    arguments = others;
+    return values;
 }
 
 int toInteger(const Option& option, const QString& text) {
@@ -64,8 +80,7 @@ std::optional<OptionValue> take(const Option& option, QStringList& arguments) {
         return value;
     }
     if (option.kind == OptionKind::List) {
-        for (int index; (index = arguments.indexOf(option.name)) >= 0;)
-            value.list.append(takeWithValue(arguments, index));
+        value.list = takeValues(arguments, option.name);
         return value.list.isEmpty() ? std::nullopt : std::optional(value);
     }
     const std::optional<QString> text = takeValue(arguments, option.name);
@@ -132,6 +147,22 @@ int editDistance(const QString& a, const QString& b) {
     return row.back();
 }
 
+/// Each as it stands, unless it is in the list. A shell makes a hundred thousand names of one pattern, which
+/// addFile() would compare all with all.
+void addFiles(Settings& settings, const QStringList& arguments) {
+    GFileNameList files = settings.fileList();
+    QSet<QString> known;
+    for (const GFileName& file : qAsConst(files))
+        known.insert(file.path());
+    for (const QString& argument : arguments) {
+        if (known.contains(argument))
+            continue;
+        known.insert(argument);
+        files.append(argument);
+    }
+    settings.setFileList(files);
+}
+
 } // namespace
 
 void parseOptions(OptionContext& context, QStringList arguments) {
@@ -143,11 +174,11 @@ void parseOptions(OptionContext& context, QStringList arguments) {
     }
     if (!context.textureFormatGiven)
         deriveTextureFormat(context);
-    for (const QString& argument : arguments) {
+    for (const QString& argument : qAsConst(arguments)) {
         if (argument.startsWith(QLatin1String("--")))
             failUnknown(argument);
-        context.settings.addFile(argument);
     }
+    addFiles(context.settings, arguments);
 }
 
 QString nearestOption(const QString& mistyped) {

@@ -4,6 +4,7 @@
 #include "PixelFormats.h"
 #include "Settings.h"
 #include "Sprite.h"
+#include "SpritePreparation.h"
 
 #include <QBuffer>
 
@@ -34,7 +35,8 @@ QStringList keysOf(const QList<Sprite>& sprites) {
 
 LayoutInputs::LayoutInputs(const Settings& settings, const QList<Sprite>& sprites, int factor)
     : spriteKeys(keysOf(sprites)), maxSize(settings.maxTextureSize()), fixedSize(settings.fixedTextureSize()),
-      borderPadding(int(settings.borderPadding())), shapePadding(int(settings.shapePadding())),
+      borderPadding(SpritePreparation::length(settings.borderPadding())),
+      shapePadding(SpritePreparation::length(settings.shapePadding())),
       outputFormat(int(settings.outputFormat())), autoAlias(settings.autoAliasEnabled()),
       allowRotation(settings.allowRotation()), baseFactor(factor) {
     const AlgorithmSettings& algorithm = *settings.algorithmSettings();

@@ -85,11 +85,14 @@ void PackerCore::collectAliases() {
     m_packSprites.clear();
     QMultiHash<quint32, int> kept; // pixel hash to index in m_packSprites
     for (const Sprite& sprite : qAsConst(m_sprites)) {
-        if (sprite.image().size().width() < 0) {
-            if (!sprite.failure().isEmpty())
-                emit warning(QStringLiteral("%1: %2").arg(sprite.name(), sprite.failure()));
+        const bool hasImage = sprite.image().size().width() >= 0;
+        // At a variant's scale a sprite may fail that keeps the image of the main sheet.
+        if (!sprite.failure().isEmpty())
+            emit warning(
+                QStringLiteral("%1: %2").arg(sprite.name(), sprite.failure()) +
+                (hasImage ? QStringLiteral(". Its image of the former sheet is packed") : QString()));
+        if (!hasImage)
             continue;
-        }
         const auto equal = [&]() -> Sprite* {
             if (!collect)
                 return nullptr;

@@ -123,8 +123,8 @@ bool PackerJob::nextVariant() {
 
 void PackerJob::prepareVariant() {
     const bool isMainSheet = m_variantSettings == nullptr;
-    if (m_mode != Preview)
-        m_variants.checkNames();
+    if (m_mode != Preview && isMainSheet)
+        m_variants.checkVariants();
     if (!nextVariant()) {
         m_state = State::Finish;
         return;

@@ -2,6 +2,7 @@
 
 #include "Error.h"
 #include "PixelFormats.h"
+#include "SaturatedMath.h"
 #include "Settings.h"
 
 #include <QDir>
@@ -82,7 +83,16 @@ void VariantPlan::validate() const {
         throw Error(Error::TextureFile, QStringLiteral("ETC1 can only be used with PKM file format"));
 }
 
-void VariantPlan::checkNames() const {
+void VariantPlan::checkVariants() const {
+    for (const AutoSDSettings* variant : m_settings.autoSDSettings()) {
+        const float scale = float(variant->scale());
+        // The range of the command line; written so that a scale that is no number is refused too.
+        if (!(scale >= 0.01f && scale <= 10.0f))
+            throw Error(
+                Error::DataFile,
+                QStringLiteral("The scale of the variant \"%1\" must be between 0.01 and 10.0, is: %2")
+                    .arg(variant->extension(), QString::number(variant->scale())));
+    }
     if (!m_settings.autoSDSettings().isEmpty() && m_settings.mainExtension().isEmpty())
         throw Error(Error::DataFile,
                     QStringLiteral("The variants need a main extension: the part of the file names "
@@ -145,9 +155,9 @@ void VariantPlan::applyFixedSize(Settings& variant, double scale) const {
     const QSize fixed = m_settings.fixedTextureSize();
     QSize size = fixed;
     if (fixed.width() > 0)
-        size.setWidth(int(fixed.width() * scale));
+        size.setWidth(saturated::toInt(qint64(fixed.width() * scale)));
     if (fixed.height() > 0)
-        size.setHeight(int(fixed.height() * scale));
+        size.setHeight(saturated::toInt(qint64(fixed.height() * scale)));
     variant.setFixedTextureSize(size);
 }
 

@@ -18,8 +18,9 @@ public:
     /// of.
     std::unique_ptr<Settings> next();
 
-    /// What a publish needs beyond a preview: a part of the names that variants replace. Throws Error.
-    void checkNames() const;
+    /// What a publish needs beyond a preview: scales that sheets can have, and a part of the names that
+    /// variants replace. Throws Error.
+    void checkVariants() const;
 
     /// Both sides of the main sheet, all positions and sizes are multiples of it; 1 without identical
     /// layouts.

@@ -16,6 +16,7 @@
 
 namespace {
 
+/// Null if a name holds a character that XML can't: it would be changed without a word.
 QByteArray documentOf(const Settings& settings, const QDir& base) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -24,11 +25,10 @@ QByteArray documentOf(const Settings& settings, const QDir& base) {
     writer.beginDocument();
     settings.write(writer);
     writer.endDocument();
-    // A character that XML can't hold would change a name without a word.
-    if (writer.hasError())
-        throw Error(Error::Save, QStringLiteral("Can't save a name with a control character in it"));
-    return bytes;
+    return writer.hasError() ? QByteArray() : bytes;
 }
+
+const char* const unwritableName = ": a name in it has a control character";
 
 } // namespace
 
@@ -36,11 +36,13 @@ void Settings::save(const QString& fileName) {
     const int oldVersion = fileFormatVersion();
     const bool wasDirty = isDirty();
     setFileFormatVersion(1);
-    if (!writeInPlace(fileName, documentOf(*this, QFileInfo(fileName).absoluteDir()))) {
+    const QByteArray document = documentOf(*this, QFileInfo(fileName).absoluteDir());
+    if (document.isNull() || !writeInPlace(fileName, document)) {
         setFileFormatVersion(oldVersion);
         if (!wasDirty)
             setDirty(false);
-        throw Error(Error::Save, QStringLiteral("Can't save %1").arg(fileName));
+        throw Error(Error::Save, QStringLiteral("Can't save %1").arg(fileName) +
+                                     QLatin1String(document.isNull() ? unwritableName : ""));
     }
     m_fileName = fileName;
     setDirty(false);
@@ -79,7 +81,11 @@ Settings* Settings::createDefault() {
 }
 
 void Settings::saveAsDefault() const {
-    GlobalSettings().setDefaultSettings(documentOf(*this, QDir(QDir::currentPath())));
+    const QByteArray document = documentOf(*this, QDir(QDir::currentPath()));
+    if (document.isNull())
+        throw Error(Error::Save,
+                    QStringLiteral("Can't save the default settings") + QLatin1String(unwritableName));
+    GlobalSettings().setDefaultSettings(document);
 }
 
 QString Settings::toXml() const {

@@ -155,7 +155,9 @@ TEST_F(Program, projectsGoOnAfterAFaultyOne) {
         << qPrintable(outcome.out);
     EXPECT_TRUE(
         outcome.err.contains(u("Sorvane:: error: Filenames for texture and data file must be set inside svs "
-                               "file for batch processing.\n")));
+                               "file for batch processing.\nSorvane:: error: in the project file "
+                               "nameless.svs\n")));
+    EXPECT_TRUE(outcome.err.contains(u("Sorvane:: error: in the project file broken.svs\n")));
     EXPECT_EQ(frames("good.json"), (QStringList{u("deep/blue.png"), u("extra.png"), u("red.png")}));
 }
 

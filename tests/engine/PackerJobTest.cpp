@@ -228,4 +228,9 @@ TEST(PackerJob, variants) {
     log = project.run();
     EXPECT_EQ(log.count(nothingToDo), 1);
     EXPECT_TRUE(log.contains(u("1 Writing sprite sheet to ") + project.path(u("out/sheet.png"))));
+
+    // Nothing is left of the sprites, which keep the images that they have.
+    project.settings.setForceIdenticalLayout(false);
+    half->setScale(0.01);
+    EXPECT_EQ(project.run(PackerJob::ForcePublish).filter(u("Its image of the former sheet")).size(), 2);
 }

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace {
 
 QString u(const char* text) { return QString::fromUtf8(text); }
@@ -101,7 +103,7 @@ TEST(VariantPlan, refusesBeforeAnythingIsRead) {
                 "some of them to allow fractions"));
     settings.setForceIdenticalLayout(false);
     try {
-        VariantPlan(settings).checkNames();
+        VariantPlan(settings).checkVariants();
         FAIL();
     } catch (const Error& error) {
         EXPECT_EQ(error.code(), 11);
@@ -109,6 +111,15 @@ TEST(VariantPlan, refusesBeforeAnythingIsRead) {
     settings.setMainExtension(u("-hd"));
     settings.setDataFileName(u("a.json"));
     settings.setTextureFileName(u("a-HD.png"));
+    AutoSDSettings& variant = *settings.autoSDSettings().first();
+    for (const double scale : {0.0, -1.0, 11.0, 1e300, std::nan("")}) {
+        variant.setScale(scale);
+        EXPECT_THROW(VariantPlan(settings).checkVariants(), Error) << scale;
+    }
+    for (const double scale : {double(0.01f), 10.0}) {
+        variant.setScale(scale);
+        EXPECT_NO_THROW(VariantPlan(settings).checkVariants()) << scale;
+    }
     EXPECT_EQ(errorOf(settings), u("no error")) << "the main sheet keeps its names";
     EXPECT_EQ(errorOf(settings, 2), u("11 Data file name must contain \"-hd\""));
     settings.setDataFileName(u("a-hd.json"));

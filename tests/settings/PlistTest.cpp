@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QRect>
 #include <QTemporaryDir>
+#include <QTextCodec>
 
 #include <gtest/gtest.h>
 
@@ -203,4 +204,14 @@ TEST(PlistReaderTest, hostileDocuments) {
         EXPECT_EQ(failure("<!DOCTYPE plist " + QByteArray(declarations) + ">" + body),
                   QStringLiteral("Declarations inside a document are not supported"))
             << declarations;
+
+    // Attributes are compared with each other. In UTF-16 their names have bytes that look like brackets.
+    QString crowded = QStringLiteral("<plist");
+    for (int i = 0; i < 60'000; ++i)
+        crowded += QStringLiteral(" \u3c41%1 = ''").arg(i);
+    crowded += QLatin1String("><dict/></plist>");
+    for (const char* encoding : {"UTF-8", "UTF-16", "UTF-16BE", "UTF-16LE"})
+        EXPECT_EQ(failure(QTextCodec::codecForName(encoding)->fromUnicode(crowded)),
+                  QStringLiteral("An element has more than 200 attributes"))
+            << encoding;
 }

@@ -228,6 +228,14 @@ TEST(ProjectFile, savesAndLoads) {
     EXPECT_EQ(again.readAll(), bytes);
     EXPECT_THROW(settings.save(folder.filePath(QStringLiteral("no/folder/p.svs"))), Error);
     EXPECT_EQ(settings.fileName(), name);
+    Settings unwritable;
+    unwritable.setVariation(QStringLiteral("bell\a"));
+    unwritable.setDirty(false);
+    EXPECT_THROW(unwritable.save(name), Error);
+    EXPECT_EQ(unwritable.fileFormatVersion(), 0);
+    EXPECT_FALSE(unwritable.isDirty());
+    again.seek(0);
+    EXPECT_EQ(again.readAll(), bytes);
 }
 
 TEST(ProjectFile, namesThatWereNotSetStayUnset) {

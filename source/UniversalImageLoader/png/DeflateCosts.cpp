@@ -6,12 +6,12 @@
 
 namespace {
 
-constexpr double unit = 16;
+constexpr float unit = 16;
 
-std::uint16_t cost(double bits) { return static_cast<std::uint16_t>(std::lround(bits * unit)); }
+std::uint16_t cost(float bits) { return static_cast<std::uint16_t>(bits * unit + 0.5F); }
 
 /// Bits of a code that is used `frequency` times among `all`. No code is longer than 15.
-double codeBits(double frequency, double all) { return std::min(std::log2(all / frequency), 15.0); }
+float codeBits(float frequency, float all) { return std::min(std::log2(all / frequency), 15.0F); }
 
 int extraBitsOfLength(std::size_t length) {
     return deflateFormat::literalAlphabet.extraBits[deflateFormat::lengthCodes[length]];
@@ -21,25 +21,25 @@ int extraBitsOfLength(std::size_t length) {
 
 DeflateCosts::DeflateCosts() {
     for (std::size_t byte = 0; byte < m_literals.size(); ++byte) {
-        const int difference = std::abs(static_cast<std::int8_t>(byte));
-        m_literals[byte] = cost(difference == 0 ? 2 : 3 + std::log2(difference));
+        const auto difference = static_cast<float>(std::abs(static_cast<std::int8_t>(byte)));
+        m_literals[byte] = cost(byte == 0 ? 2 : 3 + std::log2(difference));
     }
     m_lengths.fill(0);
     for (std::size_t length = 3; length < m_lengths.size(); ++length)
-        m_lengths[length] = cost(7 + extraBitsOfLength(length));
+        m_lengths[length] = cost(7.0F + static_cast<float>(extraBitsOfLength(length)));
     for (std::size_t code = 0; code < m_distances.size(); ++code)
-        m_distances[code] = cost(4.5 + deflateFormat::distanceAlphabet.extraBits[code]);
+        m_distances[code] = cost(4.5F + deflateFormat::distanceAlphabet.extraBits[code]);
 }
 
 void DeflateCosts::learn(const DeflateSymbol* first, const DeflateSymbol* last) {
     // Whatever didn't come up may still come.
-    constexpr double unseen = 0.3;
-    std::array<double, deflateFormat::literalCodes> literals;
-    std::array<double, deflateFormat::distanceCodes> distances;
+    constexpr float unseen = 0.3F;
+    std::array<float, deflateFormat::literalCodes> literals;
+    std::array<float, deflateFormat::distanceCodes> distances;
     literals.fill(unseen);
     distances.fill(unseen);
-    double literalCount = unseen * literals.size();
-    double distanceCount = unseen * distances.size();
+    float literalCount = unseen * literals.size();
+    float distanceCount = unseen * distances.size();
     for (; first != last; ++first) {
         ++literalCount;
         if (first->length == 0) {
@@ -50,11 +50,13 @@ void DeflateCosts::learn(const DeflateSymbol* first, const DeflateSymbol* last) 
         ++distances[deflateFormat::distanceCode(first->value + std::size_t{1})];
         ++distanceCount;
     }
+    for (float& frequency : literals)
+        frequency = codeBits(frequency, literalCount);
     for (std::size_t byte = 0; byte < m_literals.size(); ++byte)
-        m_literals[byte] = cost(codeBits(literals[byte], literalCount));
+        m_literals[byte] = cost(literals[byte]);
     for (std::size_t length = 3; length < m_lengths.size(); ++length)
-        m_lengths[length] = cost(codeBits(literals[deflateFormat::lengthCodes[length]], literalCount) +
-                                 extraBitsOfLength(length));
+        m_lengths[length] = cost(literals[deflateFormat::lengthCodes[length]] +
+                                 static_cast<float>(extraBitsOfLength(length)));
     for (std::size_t code = 0; code < m_distances.size(); ++code)
         m_distances[code] =
             cost(codeBits(distances[code], distanceCount) + deflateFormat::distanceAlphabet.extraBits[code]);

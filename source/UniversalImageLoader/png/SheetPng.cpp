@@ -41,9 +41,7 @@ public:
 private:
     std::size_t filteredBytes(std::size_t rows) const { return rows * (m_rowBytes + 1); }
     std::uint8_t* filtered(std::size_t row) { return m_filtered.data() + filteredBytes(row); }
-    const std::uint8_t* row(std::size_t y) const {
-        return y > 0 ? m_image.constScanLine(static_cast<int>(y - 1)) : m_zeros.data();
-    }
+    void readRow(std::size_t y, std::uint8_t* target) const;
     void filterBand(const Band& band);
     void filterRows(std::size_t first, std::size_t count, bool adaptive);
     bool isSmallerUnfiltered(const Band& band);
@@ -52,15 +50,13 @@ private:
     const QImage m_image;
     const std::size_t m_bytesPerPixel;
     const std::size_t m_rowBytes;
-    const std::vector<std::uint8_t> m_zeros; ///< the row above the first
     std::vector<std::uint8_t> m_filtered;
     std::vector<Band> m_bands;
 };
 
 SheetStream::SheetStream(const QImage& image, std::size_t bytesPerPixel)
-    : m_image(image.convertToFormat(bytesPerPixel == 4 ? QImage::Format_RGBA8888 : QImage::Format_RGB888)),
-      m_bytesPerPixel(bytesPerPixel), m_rowBytes(static_cast<std::size_t>(image.width()) * bytesPerPixel),
-      m_zeros(m_rowBytes) {
+    : m_image(image.convertToFormat(bytesPerPixel == 4 ? QImage::Format_ARGB32 : QImage::Format_RGB32)),
+      m_bytesPerPixel(bytesPerPixel), m_rowBytes(static_cast<std::size_t>(image.width()) * bytesPerPixel) {
     const auto height = static_cast<std::size_t>(image.height());
     m_filtered.resize(filteredBytes(height) + DeflateParser::readable);
     const std::size_t rows = std::max<std::size_t>(bandBytes / filteredBytes(1), 1);
@@ -68,13 +64,30 @@ SheetStream::SheetStream(const QImage& image, std::size_t bytesPerPixel)
         m_bands.push_back({first, std::min(rows, height - first)});
 }
 
+void SheetStream::readRow(std::size_t y, std::uint8_t* target) const {
+    const auto* pixel = reinterpret_cast<const QRgb*>(m_image.constScanLine(static_cast<int>(y)));
+    for (const QRgb* const end = pixel + m_image.width(); pixel != end; ++pixel) {
+        *target++ = static_cast<std::uint8_t>(qRed(*pixel));
+        *target++ = static_cast<std::uint8_t>(qGreen(*pixel));
+        *target++ = static_cast<std::uint8_t>(qBlue(*pixel));
+        if (m_bytesPerPixel == 4)
+            *target++ = static_cast<std::uint8_t>(qAlpha(*pixel));
+    }
+}
+
 void SheetStream::filterRows(std::size_t first, std::size_t count, bool adaptive) {
     RowFilter filter(m_bytesPerPixel, m_rowBytes);
+    std::vector<std::uint8_t> row(m_rowBytes);
+    std::vector<std::uint8_t> above(m_rowBytes);
+    if (first > 0)
+        readRow(first - 1, above.data());
     for (std::size_t y = first; y < first + count; ++y) {
+        readRow(y, row.data());
         if (adaptive)
-            filter.adaptive(row(y + 1), row(y), filtered(y));
+            filter.adaptive(row.data(), above.data(), filtered(y));
         else
-            filter.none(row(y + 1), filtered(y));
+            filter.none(row.data(), filtered(y));
+        row.swap(above);
     }
 }
 

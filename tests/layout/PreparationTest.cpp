@@ -81,6 +81,7 @@ TEST(Preparation, extrudesEdgesAndCorners) {
     const QImage image = noise(3, 2, 1);
     EXPECT_EQ(extrudeBorder(image, 0).cacheKey(), image.cacheKey());
     EXPECT_THROW(extrudeBorder(image, std::numeric_limits<int>::max()), Error);
+    EXPECT_THROW(extrudeBorder(image, 1 << 14), Error) << "a gigabyte";
 }
 
 TEST(Preparation, padsToDivisorsAroundTheMiddle) {

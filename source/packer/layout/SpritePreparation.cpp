@@ -18,7 +18,12 @@ const QRgb* constLine(const QImage& image, int y) {
 
 QRgb* line(QImage& image, int y) { return reinterpret_cast<QRgb*>(image.scanLine(y)); }
 
+/// 16,384 x 16,384: paddings and extrusion of many pixels must not take a build machine's memory.
+constexpr qint64 maxPreparedPixels = 0x10000000;
+
 QImage transparentImage(qint64 width, qint64 height) {
+    if (width > maxPreparedPixels / std::max<qint64>(height, 1))
+        throwOutOfMemory();
     QImage image = newImage(width, height);
     image.fill(0U);
     return image;

@@ -1,5 +1,6 @@
-// optimize_png plain IMAGE FILE: the image as the toolkit writes PNG files, which is what the optimiser starts from.
-// optimize_png LEVEL IMAGE FILE: the image through the PNG optimiser; prints the seconds that it took.
+// optimize_png plain IMAGE FILE: the image as the toolkit writes PNG files, which is what the optimiser
+// starts from. optimize_png LEVEL IMAGE FILE: the image through the PNG optimiser; prints the seconds that it
+// took.
 
 #include "QPNGOptimizer.h"
 

@@ -59,7 +59,8 @@ bool DeflateParser::find(std::size_t position, Match& match) const {
     const std::size_t oldest = position - std::min(position, deflateFormat::window - 1);
     std::size_t place = m_last[hash(position)];
     // Behind a long match there is time for a long search.
-    for (int left = m_effort + m_credit; place > oldest && left > 0 && search.longest < search.limit; --left) {
+    for (int left = m_effort + m_credit; place > oldest && left > 0 && search.longest < search.limit;
+         --left) {
         tryDistance(position + 1 - place);
         // A place that was overwritten leads to a later one.
         const std::size_t previous = m_previous[(place - 1) % deflateFormat::window];

@@ -51,7 +51,7 @@ private:
     std::size_t m_position;
     const std::size_t m_end;
     const int m_effort;
-    int m_credit = 0; ///< places that may be looked at beyond that
+    int m_credit = 0;                       ///< places that may be looked at beyond that
     std::size_t m_learnt = 0;               ///< symbols of the block that costs were taken from
     std::size_t m_learning = firstLearning; ///< how many more make it worth while again
     DeflateCosts m_costs;

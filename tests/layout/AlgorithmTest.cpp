@@ -4,7 +4,7 @@
 #include "Error.h"
 #include "FillResult.h"
 #include "PackerParameters.h"
-#include "PlainMaxRects.h"
+#include "PlainAlgorithm.h"
 #include "TestSprites.h"
 
 #include <gtest/gtest.h>
@@ -28,21 +28,6 @@ PackerParameters parametersFor(const QList<Sprite>& sprites, QSize size, const A
     parameters.setSizeConstraints(anySize);
     parameters.setAlgorithmSettings(&settings);
     return parameters;
-}
-
-/// "name@x,y" of the placed sprites in the texture's order, "*" behind those that are rotated; then the
-/// unplaced ones.
-std::string describe(const PackedResult& result) {
-    QStringList parts;
-    for (const PackedSprite& sprite : result.textures().first().sprites())
-        parts.append(QStringLiteral("%1@%2,%3%4")
-                         .arg(sprite.fullName())
-                         .arg(sprite.position().x())
-                         .arg(sprite.position().y())
-                         .arg(sprite.rotated() ? QStringLiteral("*") : QString()));
-    for (const PackedSprite& sprite : result.unplaced())
-        parts.append(QLatin1Char('-') + sprite.fullName());
-    return parts.join(QLatin1Char(' ')).toStdString();
 }
 
 std::vector<QSize> randomSizes(std::mt19937& random, int count, int largest) {
@@ -158,37 +143,17 @@ TEST(AlgorithmMaxRects, choosesTheBestHeuristic) {
         parameters.setAllowRotation(run % 2);
         parameters.setFirstFitWins(run % 3 == 0);
         parameters.setSizeConstraints(run % 7 == 0 ? pot : anySize);
-
-        std::vector<PackRect> best;
-        qint64 bestArea = 10000000000;
-        qint64 bestRotated = 4294967295;
-        for (int heuristic = 1; heuristic <= 5; ++heuristic) {
-            const auto placed = PlainMaxRects(bin, run % 2).insert(sizes, heuristic);
-            if (placed.size() == sizes.size() && (run % 3 == 0 || run % 7 == 0)) {
-                best = placed;
-                ++chosen[heuristic];
-                break;
-            }
-            int right = 0;
-            int bottom = 0;
-            int rotated = 0;
-            for (const PackRect& rect : placed) {
-                right = std::max(right, rect.x + rect.width);
-                bottom = std::max(bottom, rect.y + rect.height);
-                rotated += rect.rotated;
-            }
-            const qint64 area = qint64{right} * bottom;
-            if (placed.size() < best.size())
-                continue;
-            if (placed.size() > best.size() || area < bestArea ||
-                (area == bestArea && rotated < bestRotated)) {
-                best = placed;
-                bestArea = area;
-                bestRotated = rotated;
-                ++chosen[heuristic];
-            }
-        }
+        parameters.setSideBySide(run % 5);
+        const std::vector<PackRect> best = PlainAlgorithm().place(parameters, bin);
         ASSERT_EQ(AlgorithmMaxRects().place(parameters, bin), best) << run;
+        for (int heuristic = 1; heuristic <= 5; ++heuristic)
+            chosen[heuristic] += PlainMaxRects(bin, run % 2).insert(sizes, heuristic) == best;
+
+        // Asked for a complete layout alone, it gives the same or none.
+        parameters.setCompleteOnly(true);
+        const bool complete = best.size() == sizes.size();
+        ASSERT_EQ(AlgorithmMaxRects().pack(parameters).isEmpty(), !complete) << run;
+        ASSERT_TRUE(!complete || AlgorithmMaxRects().place(parameters, bin) == best) << run;
     }
     for (int heuristic = 1; heuristic <= 5; ++heuristic)
         EXPECT_GT(chosen[heuristic], 0) << heuristic;

@@ -105,6 +105,32 @@ TEST(AttemptCache, makesAnAttemptOnce) {
     EXPECT_EQ(cache.size(), 2);
 }
 
+TEST(AttemptCache, storesWhatWasAskedForInTurn) {
+    AlgorithmSettings settings;
+    AttemptCache cache;
+    PackerParameters parameters = parametersFor(makeSprites({{50, 30}, {10, 20}, {9, 20}}), settings);
+    parameters.setAhead(true);
+    const PackedResult ahead = cache.pack(parameters);
+    EXPECT_EQ(ahead.unplaced().size(), 1);
+    EXPECT_EQ(cache.size(), 0);
+    parameters.setAhead(false);
+    // An attempt that was given up is no result: whoever wants to know what fits makes it.
+    parameters.setCompleteOnly(true);
+    EXPECT_TRUE(cache.pack(parameters).isEmpty());
+    EXPECT_TRUE(cache.pack(parameters).isEmpty());
+    EXPECT_EQ(cache.size(), 0);
+    parameters.setCompleteOnly(false);
+    parameters.setResultAhead(ahead);
+    EXPECT_EQ(cache.pack(parameters).unplaced().first().fullName(), ahead.unplaced().first().fullName());
+    EXPECT_EQ(cache.size(), 1);
+    // It was the very one that had been made ahead.
+    PackedSprite(ahead.unplaced().first()).setRotated(true);
+    EXPECT_TRUE(cache.pack(parameters).unplaced().first().rotated());
+    // And once there is a result, it serves everyone.
+    parameters.setCompleteOnly(true);
+    EXPECT_EQ(cache.pack(parameters).unplaced().size(), 1);
+}
+
 TEST(PackerParameters, copiesBeforeASetterWrites) {
     PackerParameters original;
     EXPECT_EQ(original.size(), QSize(-1, -1));

@@ -1,5 +1,6 @@
 #include "MaxRectsBin.h"
 #include "PlainMaxRects.h"
+#include "RandomSizes.h"
 
 #include <gtest/gtest.h>
 
@@ -13,35 +14,6 @@ constexpr MaxRectsBin::Heuristic allHeuristics[] = {MaxRectsBin::ShortSideFit, M
                                                     MaxRectsBin::AreaFit, MaxRectsBin::BottomLeft,
                                                     MaxRectsBin::ContactPoint};
 
-/// Random sizes of several characters: one size, a few sizes, bars, anything, and some without an extent.
-Sizes randomSizes(std::mt19937& random, int character) {
-    const auto number = [&](int low, int high) {
-        return std::uniform_int_distribution<int>(low, high)(random);
-    };
-    Sizes sizes(static_cast<size_t>(number(1, 60)));
-    const int edge = number(3, 40);
-    for (QSize& size : sizes) {
-        switch (character) {
-        case 0:
-            size = QSize(edge, edge + 5);
-            break;
-        case 1:
-            size = QSize(4 * number(1, 3), 4 * number(1, 3));
-            break;
-        case 2:
-            size = number(0, 1) ? QSize(number(1, 4), number(20, 90)) : QSize(number(20, 90), number(1, 4));
-            break;
-        case 3:
-            size = QSize(number(1, 60), number(1, 60));
-            break;
-        default:
-            size = QSize(number(0, 3), number(0, 3));
-            break;
-        }
-    }
-    return sizes;
-}
-
 std::vector<PackRect> insert(MaxRectsBin& bin, const Sizes& sizes, MaxRectsBin::Heuristic heuristic) {
     std::vector<PackRect> placed;
     bin.insert(sizes, placed, heuristic);
@@ -54,25 +26,56 @@ TEST(MaxRectsBin, placesAsThePlainMethod) {
     std::mt19937 random(20130214);
     MaxRectsBin bin(0, 0, false);
     int incomplete = 0;
-    for (int run = 0; run < 300; ++run) {
-        const Sizes sizes = randomSizes(random, run % 5);
-        const QSize size(std::uniform_int_distribution<int>(8, 250)(random),
-                         std::uniform_int_distribution<int>(8, 250)(random));
+    for (int run = 0; run < 360; ++run) {
+        Sizes sizes = randomSizes(random, static_cast<Character>(run % characterCount), run < 330 ? 60 : 200);
+        QSize size(std::uniform_int_distribution<int>(8, 250)(random),
+                   std::uniform_int_distribution<int>(8, 250)(random));
+        // Large ones too, with areas past what an int holds.
+        const int scale = run / characterCount % 4 == 3 ? 1 << random() % 11 : 1;
+        size *= scale;
+        for (QSize& scaled : sizes)
+            scaled *= scale;
         for (bool rotation : {false, true}) {
             for (auto heuristic : allHeuristics) {
-                PlainMaxRects plain(size, rotation);
+                PlainMaxRects plain(size, rotation,
+                                    run / characterCount % 2 ? PlainMaxRects::Contact::AllPlaced
+                                                             : PlainMaxRects::Contact::EdgeMaps);
                 const std::vector<PackRect> expected = plain.insert(sizes, heuristic);
                 bin.init(size.width(), size.height(), rotation);
-                const std::vector<PackRect> placed = insert(bin, sizes, heuristic);
-                ASSERT_EQ(placed, expected) << "run " << run << ", heuristic " << heuristic;
+                ASSERT_EQ(insert(bin, sizes, heuristic), expected)
+                    << "run " << run << ", heuristic " << heuristic;
                 ASSERT_EQ(bin.usedRectangles(), expected);
+                incomplete += expected.size() < sizes.size() ? 1 : 0;
+
+                bin.init(size.width(), size.height(), rotation);
+                for (const PackRect& rect : expected)
+                    bin.placeRect(rect);
                 ASSERT_EQ(bin.freeRectangles(), plain.freeRectangles()) << "run " << run;
-                incomplete += placed.size() < sizes.size() ? 1 : 0;
+
+                // Giving up early must not miss a complete placement.
+                std::vector<PackRect> placed;
+                bin.insert(WaitingSizes(sizes, rotation), placed, heuristic, {true, {}});
+                ASSERT_TRUE(expected.size() < sizes.size() || placed.size() == sizes.size());
+                ASSERT_TRUE(std::equal(placed.begin(), placed.end(), expected.begin()));
             }
         }
     }
     // Sets that don't fit have to be among them.
     EXPECT_GT(incomplete, 500);
+}
+
+TEST(MaxRectsBin, endsEarlyWhenTold) {
+    // With the first of the squares in place the large one fits nowhere any more.
+    const Sizes sizes = {{20, 20}, {20, 20}, {20, 20}, {20, 20}, {20, 20}, {100, 90}, {1, 1}};
+    MaxRectsBin bin(100, 100, false);
+    EXPECT_EQ(insert(bin, sizes, MaxRectsBin::BottomLeft).size(), 6U);
+    std::vector<PackRect> placed;
+    bin.insert(WaitingSizes(sizes, false), placed, MaxRectsBin::BottomLeft, {true, {}});
+    EXPECT_EQ(placed.size(), 2U);
+    int asked = 0;
+    bin.insert(WaitingSizes(sizes, false), placed, MaxRectsBin::BottomLeft,
+               {false, [&] { return ++asked > 3; }});
+    EXPECT_EQ(placed.size(), 3U);
 }
 
 TEST(MaxRectsBin, ratesOneRectangle) {

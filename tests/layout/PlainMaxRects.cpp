@@ -17,8 +17,9 @@ bool contained(const PackRect& a, const PackRect& b) {
 
 } // namespace
 
-PlainMaxRects::PlainMaxRects(QSize bin, bool allowRotation)
-    : m_bin(bin), m_allowRotation(allowRotation), m_free{{0, 0, bin.width(), bin.height(), false}} {}
+PlainMaxRects::PlainMaxRects(QSize bin, bool allowRotation, Contact contact)
+    : m_bin(bin), m_allowRotation(allowRotation),
+      m_contact(contact), m_free{{0, 0, bin.width(), bin.height(), false}} {}
 
 std::vector<PackRect> PlainMaxRects::insert(std::vector<QSize> sizes, int heuristic) {
     std::vector<PackRect> placed;
@@ -75,7 +76,8 @@ void PlainMaxRects::rate(Found& best, const PackRect& free, QSize size, bool rot
         score2 = std::min(horizontal, vertical);
         break;
     case 3:
-        score1 = free.width * free.height - w * h;
+        score1 = static_cast<int>(std::min<long long>(
+            2147483647, static_cast<long long>(free.width) * free.height - static_cast<long long>(w) * h));
         score2 = std::min(horizontal, vertical);
         break;
     case 4:
@@ -96,6 +98,11 @@ int PlainMaxRects::contact(const PackRect& r) const {
         score += r.height;
     if (r.y == 0 || r.y + r.height == m_bin.height())
         score += r.width;
+    return score + (m_contact == Contact::EdgeMaps ? contactByEdges(r) : contactWithAll(r));
+}
+
+int PlainMaxRects::contactWithAll(const PackRect& r) const {
+    int score = 0;
     for (const PackRect& used : m_used) {
         if (used.x == r.x + r.width)
             score += overlap(r.y, r.y + r.height, used.y, used.y + used.height);
@@ -107,6 +114,22 @@ int PlainMaxRects::contact(const PackRect& r) const {
             score += overlap(r.x, r.x + r.width, used.x, used.x + used.width);
     }
     return score;
+}
+
+int PlainMaxRects::contactByEdges(const PackRect& r) const {
+    const auto touching = [](const EdgesByLine& edges, int line, int low, int high) {
+        int score = 0;
+        const auto found = edges.find(line);
+        if (found != edges.end()) {
+            for (const Edge& edge : found->second)
+                score += overlap(low, high, edge.low, edge.high);
+        }
+        return score;
+    };
+    return touching(m_leftEdges, r.x + r.width, r.y, r.y + r.height) +
+           touching(m_rightEdges, r.x, r.y, r.y + r.height) +
+           touching(m_topEdges, r.y + r.height, r.x, r.x + r.width) +
+           touching(m_bottomEdges, r.y, r.x, r.x + r.width);
 }
 
 void PlainMaxRects::place(const PackRect& rect) {
@@ -121,6 +144,10 @@ void PlainMaxRects::place(const PackRect& rect) {
     }
     prune();
     m_used.push_back(rect);
+    m_leftEdges[rect.x].push_back({rect.y, rect.y + rect.height});
+    m_rightEdges[rect.x + rect.width].push_back({rect.y, rect.y + rect.height});
+    m_topEdges[rect.y].push_back({rect.x, rect.x + rect.width});
+    m_bottomEdges[rect.y + rect.height].push_back({rect.x, rect.x + rect.width});
 }
 
 bool PlainMaxRects::split(PackRect f, const PackRect& u) {

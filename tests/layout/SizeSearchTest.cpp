@@ -1,26 +1,32 @@
-#include "AlgorithmRegistry.h"
 #include "AttemptCache.h"
 #include "Error.h"
-#include "PlainSizeSearch.h"
+#include "PlainLayout.h"
+#include "RandomSizes.h"
 #include "TestSprites.h"
+
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
-#include <random>
+#include <atomic>
+#include <map>
 
 namespace {
 
+using AlgorithmId = AlgorithmSettings::AlgorithmId;
 using Format = SettingsBase::OutputFormat;
 using Mode = AlgorithmSettings::AlgorithmFreeSizeMode;
 
 enum Constraint { Pot, AnySize, Npot };
 
-/// A search through a cache of its own that writes down what it does.
+/// A search through a cache of its own that writes down what it does in its own turn.
 struct SearchRun {
     explicit SearchRun(const SizeSearchInput& input) {
         SizeSearch search(input, {[this](const PackerParameters& parameters) {
-                                      sizes.append(parameters.size());
-                                      firstFits.append(parameters.firstFitWins());
+                                      if (!parameters.ahead()) {
+                                          sizes.append(parameters.size());
+                                          firstFits.append(parameters.firstFitWins());
+                                      }
                                       return cache.pack(parameters);
                                   },
                                   [] { return false; },
@@ -35,6 +41,16 @@ struct SearchRun {
     QList<bool> firstFits;
     QStringList messages;
     PackedResult result;
+};
+
+/// The global pool, and with it all that runs side by side, has so many threads for the time being.
+class ThreadCount {
+public:
+    explicit ThreadCount(int count) { QThreadPool::globalInstance()->setMaxThreadCount(count); }
+    ~ThreadCount() { QThreadPool::globalInstance()->setMaxThreadCount(m_before); }
+
+private:
+    int m_before = QThreadPool::globalInstance()->maxThreadCount();
 };
 
 SizeSearch silentSearch(const SizeSearchInput& input) {
@@ -61,15 +77,6 @@ QString plainNormalized(const SizeSearchInput& input, QSize size) {
     } catch (const QString& conflict) {
         return conflict;
     }
-}
-
-std::vector<QSize> iconSizes(std::mt19937& random, int count) {
-    std::vector<QSize> sizes;
-    for (int i = 0; i < count; ++i) {
-        const int side = 8 << (random() % 3);
-        sizes.emplace_back(side - static_cast<int>(random() % 4), side - static_cast<int>(random() % 6));
-    }
-    return sizes;
 }
 
 } // namespace
@@ -195,11 +202,11 @@ TEST(SizeSearch, searchesAsThePlainSteps) {
     std::mt19937 random(17);
     int conflicts = 0;
     int partial = 0;
-    for (int run = 0; run < 250; ++run) {
+    for (int run = 0; run < 300; ++run) {
         AlgorithmSettings settings;
         settings.setFreeSizeMode(static_cast<Mode>(random() % 3));
-        settings.setAlgorithm(static_cast<AlgorithmSettings::AlgorithmId>(random() % 4 == 0));
-        if (random() % 2)
+        settings.setAlgorithm(static_cast<AlgorithmId>(random() % 6 == 0));
+        if (random() % 3 == 0)
             settings.maxRects()->setHeuristic(AlgorithmMaxRectsSettings::Heuristic::AreaFit);
         SizeSearchInput input;
         input.algorithmSettings = &settings;
@@ -216,35 +223,26 @@ TEST(SizeSearch, searchesAsThePlainSteps) {
             input.fixedSize.setWidth(20 + static_cast<int>(random() % 100));
         if (random() % 8 == 0)
             input.fixedSize.setHeight(20 + static_cast<int>(random() % 100));
-        input.sprites = makeSprites(iconSizes(random, 1 + static_cast<int>(random() % 30)));
-
-        AttemptCache cache;
-        QList<QSize> sizes;
-        QList<bool> firstFits;
-        PackerParameters parameters;
-        parameters.setSprites(input.sprites);
-        parameters.setAllowRotation(input.allowRotation);
-        parameters.setSizeConstraints(input.sizeConstraints);
-        parameters.setForceSquared(input.forceSquared);
-        parameters.setForceWordAligned(input.forceWordAligned);
-        parameters.setBorderPadding(input.borderPadding);
-        parameters.setShapePadding(input.shapePadding);
-        parameters.setAlgorithmSettings(&settings);
-        PlainSizeSearch plain(input, [&](QSize size, bool firstFit) {
-            sizes.append(size);
-            firstFits.append(firstFit);
-            parameters.setSize(size);
-            parameters.setFirstFitWins(firstFit);
-            return cache.pack(parameters);
-        });
+        input.sprites =
+            makeSprites(randomSizes(random, static_cast<Character>(random() % (characterCount - 1)), 50));
+        const ThreadCount threads(1 + run % 5);
         try {
-            const PackedResult expected = plain.run();
-            const SearchRun search(input);
-            ASSERT_EQ(search.sizes, sizes) << run;
-            ASSERT_EQ(search.firstFits, firstFits) << run;
-            ASSERT_EQ(search.result.textures().first().size(), expected.textures().first().size()) << run;
-            ASSERT_EQ(search.result.unplaced().size(), expected.unplaced().size());
-            partial += !expected.allPlaced();
+            const PlainLayout plain(input);
+            SearchRun search(input);
+            ASSERT_EQ(search.sizes, plain.sizes) << run;
+            ASSERT_EQ(search.firstFits, plain.firstFits) << run;
+            ASSERT_EQ(describe(search.result), describe(plain.result)) << run;
+            partial += !plain.result.allPlaced();
+            // Nothing is in the cache but what the steps put there, and an attempt that was given up is made
+            // when it is wanted.
+            ASSERT_LE(search.cache.size(), static_cast<int>(plain.attempts.size()));
+            PackerParameters parameters = plain.parameters;
+            for (const auto& [size, attempt] : plain.attempts) {
+                parameters.setSize({size.first, size.second});
+                const int known = search.cache.size();
+                ASSERT_EQ(describe(search.cache.pack(parameters)), describe(attempt)) << run;
+                ASSERT_TRUE(search.cache.size() == known || !attempt.allPlaced()) << run;
+            }
         } catch (const QString& conflict) {
             ++conflicts;
             try {
@@ -322,14 +320,26 @@ TEST(SizeSearch, stopsWhenAborted) {
     const int all = SearchRun(input).sizes.size();
     ASSERT_GT(all, 4);
     for (int attempts : {0, 1, all - 1}) {
-        int made = 0;
+        std::atomic<int> made = 0;
         AttemptCache cache;
         SizeSearch search(input, {[&](const PackerParameters& parameters) {
-                                      ++made;
+                                      made += parameters.ahead() ? 0 : 1;
                                       return cache.pack(parameters);
                                   },
                                   [&] { return made >= attempts; }, [](int, const QString&) {}});
-        EXPECT_EQ(search.run().isEmpty(), attempts == 0);
+        // The first attempt is that of a size too small for all, and so leaves nothing.
+        EXPECT_EQ(search.run().isEmpty(), attempts < 2);
         EXPECT_EQ(made, attempts);
     }
+    // Nor does it try anything ahead any more.
+    const ThreadCount single(1);
+    std::atomic<int> tried = 0;
+    AttemptCache cache;
+    SizeSearch search(input, {[&](const PackerParameters& parameters) {
+                                  ++tried;
+                                  return cache.pack(parameters);
+                              },
+                              [&] { return tried > 0; }, [](int, const QString&) {}});
+    EXPECT_TRUE(search.run().isEmpty());
+    EXPECT_EQ(tried, 1);
 }

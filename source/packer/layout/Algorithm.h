@@ -16,7 +16,8 @@ public:
     virtual std::unique_ptr<Algorithm> clone() const = 0;
 
     /// One attempt: places the sprites of the parameters on a sheet of their size. What doesn't fit ends in
-    /// the result's unplaced list; nothing is thrown.
+    /// the result's unplaced list; nothing is thrown. Empty only if the parameters ask for a complete layout
+    /// and there is none. May be called by several threads.
     virtual PackedResult pack(const PackerParameters& parameters) const = 0;
 
     /// An AlgorithmSettings::AlgorithmId.

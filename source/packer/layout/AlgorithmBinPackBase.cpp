@@ -62,9 +62,11 @@ PackedResult AlgorithmBinPackBase::pack(const PackerParameters& parameters) cons
     const QSize size = parameters.size();
     const std::vector<PackRect> rects =
         place(parameters, {binSide(size.width(), parameters), binSide(size.height(), parameters)});
+    const std::vector<SpriteShape>& shapes = parameters.shapes();
+    if (parameters.completeOnly() && rects.size() < shapes.size())
+        return {};
 
     const QList<PackedSprite> list = makePackedSprites(parameters.sprites());
-    const std::vector<SpriteShape>& shapes = parameters.shapes();
     QHash<SizeKey, Waiting> waiting;
     for (int i = 0; i < list.size(); ++i) {
         const SpriteShape& shape = shapes[static_cast<size_t>(i)];

@@ -4,8 +4,10 @@
 #include "AlgorithmSettings.h"
 #include "MaxRectsBin.h"
 #include "PackerParameters.h"
+#include "SideBySide.h"
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 
 namespace {
@@ -48,6 +50,13 @@ void Choice::consider(std::vector<PackRect>& attempt) {
     }
 }
 
+/// Writes the value unless a lower one is there.
+void lower(std::atomic<size_t>& number, size_t value) {
+    size_t current = number;
+    while (value < current && !number.compare_exchange_weak(current, value)) {
+    }
+}
+
 } // namespace
 
 AlgorithmMaxRects::AlgorithmMaxRects()
@@ -63,18 +72,33 @@ std::vector<PackRect> AlgorithmMaxRects::place(const PackerParameters& parameter
     sizes.reserve(parameters.shapes().size());
     for (const SpriteShape& shape : parameters.shapes())
         sizes.emplace_back(shape.width, shape.height);
-
+    const WaitingSizes waiting(sizes, parameters.allowRotation());
     const auto pot = static_cast<int>(AlgorithmSettings::SizeConstraints::POT);
     const bool firstFitWins = parameters.firstFitWins() || parameters.sizeConstraints() == pot;
-    Choice best;
-    std::vector<PackRect> attempt;
-    MaxRectsBin space(bin.width(), bin.height(), parameters.allowRotation());
-    for (auto heuristic : heuristicsToTry(parameters.algorithmSettings()->maxRects()->heuristic())) {
-        space.init(bin.width(), bin.height(), parameters.allowRotation());
-        space.insert(sizes, attempt, heuristic);
-        if (firstFitWins && attempt.size() == sizes.size())
-            return attempt;
-        best.consider(attempt);
+    const auto heuristics = heuristicsToTry(parameters.algorithmSettings()->maxRects()->heuristic());
+
+    std::vector<std::vector<PackRect>> attempts(heuristics.size());
+    std::atomic<size_t> winner = heuristics.size();
+    const auto tryHeuristic = [&](size_t number) {
+        const auto isInVain = [&] { return winner < number; };
+        if (isInVain())
+            return;
+        MaxRectsBin space(bin.width(), bin.height(), parameters.allowRotation());
+        space.insert(waiting, attempts[number], heuristics[number], {parameters.completeOnly(), isInVain});
+        if (firstFitWins && attempts[number].size() == sizes.size())
+            lower(winner, number);
+    };
+    // Where the first fit wins, what comes behind it is in vain.
+    if (!firstFitWins || parameters.sideBySide()) {
+        sideBySide(heuristics.size(), tryHeuristic);
+    } else {
+        for (size_t number = 0; number < heuristics.size(); ++number)
+            tryHeuristic(number);
     }
+    if (winner < heuristics.size())
+        return attempts[winner];
+    Choice best;
+    for (std::vector<PackRect>& attempt : attempts)
+        best.consider(attempt);
     return best.rects;
 }

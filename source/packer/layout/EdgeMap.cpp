@@ -5,31 +5,43 @@
 namespace {
 
 // Enough that the lines of a large sheet rarely share a slot, and little to clear before each attempt.
-constexpr unsigned slotCount = 4096;
+constexpr unsigned slotCount = 1024;
 
 } // namespace
 
-EdgeMap::EdgeMap() : m_slots(slotCount, -1) {}
+EdgeMap::EdgeMap() : m_slots(slotCount) {}
 
 void EdgeMap::clear() {
-    std::fill(m_slots.begin(), m_slots.end(), -1);
-    m_edges.clear();
+    for (std::vector<Stretch>& stretches : m_slots)
+        stretches.clear();
 }
 
-unsigned EdgeMap::slot(int line) { return static_cast<unsigned>(line) % slotCount; }
+size_t EdgeMap::slot(int line) { return static_cast<unsigned>(line) % slotCount; }
+
+/// The first stretch of the line that ends behind the position, or where it would stand.
+size_t EdgeMap::firstBehind(const std::vector<Stretch>& stretches, int line, int position) {
+    const auto found = std::partition_point(stretches.begin(), stretches.end(), [=](const Stretch& stretch) {
+        return stretch.line < line || (stretch.line == line && stretch.high <= position);
+    });
+    return static_cast<size_t>(found - stretches.begin());
+}
 
 void EdgeMap::insert(int line, int low, int high) {
-    int& head = m_slots[slot(line)];
-    m_edges.push_back({line, low, high, head});
-    head = static_cast<int>(m_edges.size()) - 1;
-}
-
-int EdgeMap::contact(int line, int low, int high) const {
-    int sum = 0;
-    for (int i = m_slots[slot(line)]; i >= 0; i = m_edges[static_cast<size_t>(i)].next) {
-        const Edge& edge = m_edges[static_cast<size_t>(i)];
-        if (edge.line == line)
-            sum += std::max(0, std::min(high, edge.high) - std::max(low, edge.low));
+    std::vector<Stretch>& stretches = m_slots[slot(line)];
+    const size_t next = firstBehind(stretches, line, low);
+    const bool joinsNext =
+        next < stretches.size() && stretches[next].line == line && stretches[next].low == high;
+    const bool joinsPrevious =
+        next > 0 && stretches[next - 1].line == line && stretches[next - 1].high == low;
+    const auto position = stretches.begin() + static_cast<std::ptrdiff_t>(next);
+    if (joinsNext && joinsPrevious) {
+        stretches[next - 1].high = stretches[next].high;
+        stretches.erase(position);
+    } else if (joinsPrevious) {
+        stretches[next - 1].high = high;
+    } else if (joinsNext) {
+        stretches[next].low = low;
+    } else {
+        stretches.insert(position, {line, low, high});
     }
-    return sum;
 }

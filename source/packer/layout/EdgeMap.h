@@ -1,31 +1,39 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
-/// Edges of placed rectangles by the coordinate of the line that they lie on: a flat hash table for one quick
-/// question, how much of an interval touches them.
+/// Stretches of lines that the edges of placed rectangles cover, by the coordinate of the line. Edges that
+/// adjoin are one stretch. All measures in pixels.
 class EdgeMap {
 public:
+    struct Stretch {
+        int line;
+        int low;
+        int high;
+    };
+
     EdgeMap();
 
     void clear();
 
-    /// An edge from `low` to `high` along the line at `line`, in pixels.
+    /// An edge from `low` to `high` along the line at `line`. It overlaps none that is there.
     void insert(int line, int low, int high);
 
-    /// Sum of the overlaps of the interval with all edges on the line, in pixels.
-    int contact(int line, int low, int high) const;
+    /// Calls `visit(low, high)` with the stretches of a line that reach into the interval, in ascending order
+    /// and cut to it.
+    template <typename Visit>
+    void visit(int line, int low, int high, Visit visit) const {
+        const std::vector<Stretch>& stretches = m_slots[slot(line)];
+        for (size_t i = firstBehind(stretches, line, low);
+             i < stretches.size() && stretches[i].line == line && stretches[i].low < high; ++i)
+            visit(stretches[i].low < low ? low : stretches[i].low,
+                  stretches[i].high > high ? high : stretches[i].high);
+    }
 
 private:
-    struct Edge {
-        int line;
-        int low;
-        int high;
-        int next; ///< the edge entered before in the same slot, or -1
-    };
+    static size_t slot(int line);
+    static size_t firstBehind(const std::vector<Stretch>& stretches, int line, int position);
 
-    static unsigned slot(int line);
-
-    std::vector<int> m_slots; ///< the edge entered last, or -1
-    std::vector<Edge> m_edges;
+    std::vector<std::vector<Stretch>> m_slots; ///< each by ascending line and position
 };

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "EdgeMap.h"
-#include "PackRect.h"
+#include "FreeSpace.h"
+#include "WaitingSizes.h"
 
-#include <QSize>
-#include <QtGlobal>
+#include <functional>
 
 /// The space of one attempt of the maximal rectangles method (J. Jylänki, "A Thousand Ways to Pack the Bin",
 /// 2010): the free space is a list of overlapping maximal free rectangles, and each placement is the best
@@ -26,14 +25,21 @@ public:
     };
     static constexpr Score noFit{2147483647, 2147483647};
 
+    /// What ends an insertion before all is placed that fits.
+    struct Stops {
+        bool hopeless = false;           ///< as soon as one of the sizes fits nowhere
+        std::function<bool()> cancelled; ///< asked before each placement, unless empty
+    };
+
     MaxRectsBin(int width, int height, bool allowRotation);
 
     /// Empties the bin and gives it a size. A side below 1 holds nothing.
     void init(int width, int height, bool allowRotation);
 
-    /// Places rectangles of the given sizes, best first; `placed` gets them in placing order. What doesn't
-    /// fit is dropped.
+    /// Empties the bin and places rectangles of the given sizes, best first; `placed` gets them in placing
+    /// order. What doesn't fit is dropped. Waiting sizes have to allow the same turning as the bin.
     void insert(const std::vector<QSize>& sizes, std::vector<PackRect>& placed, Heuristic heuristic);
+    void insert(WaitingSizes waiting, std::vector<PackRect>& placed, Heuristic heuristic, const Stops& stops);
 
     /// The best place for a rectangle of this size, noFit in `score` if there is none.
     PackRect score(int width, int height, Heuristic heuristic, Score& score) const;
@@ -42,23 +48,18 @@ public:
     void placeRect(const PackRect& rect);
 
     const std::vector<PackRect>& usedRectangles() const { return m_usedRectangles; }
-    const std::vector<PackRect>& freeRectangles() const { return m_freeRectangles; }
+
+    /// After an insertion those that can hold none of the sizes that waited last may be missing.
+    std::vector<PackRect> freeRectangles() const { return m_free.list(); }
 
 private:
-    template <typename Rate>
-    PackRect search(int width, int height, Score& best, Rate rate) const;
+    Score rate(const PackRect& free, int width, int height, Heuristic heuristic) const;
     qint64 contactScore(int x, int y, int width, int height) const;
-    bool split(const PackRect& free, const PackRect& used);
-    void appendMaximal();
+    void insertOneByOne(WaitingSizes& waiting, Heuristic heuristic);
 
     int m_width = 0;
     int m_height = 0;
     bool m_allowRotation = false;
     std::vector<PackRect> m_usedRectangles;
-    std::vector<PackRect> m_freeRectangles;
-    std::vector<PackRect> m_splitRectangles; ///< made by the splits of the current placement
-    EdgeMap m_leftEdges;
-    EdgeMap m_rightEdges;
-    EdgeMap m_topEdges;
-    EdgeMap m_bottomEdges;
+    FreeSpace m_free;
 };

@@ -10,6 +10,10 @@ struct PackerParameters::Data : QSharedData {
     bool forceWordAligned = false;
     int sizeConstraints = 0;
     bool firstFitWins = false;
+    bool completeOnly = false;
+    bool ahead = false;
+    bool sideBySide = true;
+    std::optional<PackedResult> resultAhead;
     const AlgorithmSettings* algorithmSettings = nullptr;
     int shapePadding = 0;
     int borderPadding = 0;
@@ -46,6 +50,20 @@ void PackerParameters::setSizeConstraints(int constraints) { m_data->sizeConstra
 
 bool PackerParameters::firstFitWins() const { return m_data->firstFitWins; }
 void PackerParameters::setFirstFitWins(bool wins) { m_data->firstFitWins = wins; }
+
+bool PackerParameters::completeOnly() const { return m_data->completeOnly; }
+void PackerParameters::setCompleteOnly(bool completeOnly) { m_data->completeOnly = completeOnly; }
+
+bool PackerParameters::ahead() const { return m_data->ahead; }
+void PackerParameters::setAhead(bool ahead) { m_data->ahead = ahead; }
+
+const std::optional<PackedResult>& PackerParameters::resultAhead() const { return m_data->resultAhead; }
+void PackerParameters::setResultAhead(const std::optional<PackedResult>& result) {
+    m_data->resultAhead = result;
+}
+
+bool PackerParameters::sideBySide() const { return m_data->sideBySide; }
+void PackerParameters::setSideBySide(bool sideBySide) { m_data->sideBySide = sideBySide; }
 
 const AlgorithmSettings* PackerParameters::algorithmSettings() const { return m_data->algorithmSettings; }
 void PackerParameters::setAlgorithmSettings(const AlgorithmSettings* settings) {

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "PackedResult.h"
 #include "SpriteShapes.h"
 
 #include <QSharedDataPointer>
 #include <QSize>
+
+#include <optional>
 
 class AlgorithmSettings;
 
@@ -41,6 +44,24 @@ public:
     /// The first way of placing that takes all sprites ends the attempt.
     bool firstFitWins() const;
     void setFirstFitWins(bool wins);
+
+    /// Only a layout that holds all sprites is of use: an attempt that can't give one ends as soon as it
+    /// knows, with an empty result.
+    bool completeOnly() const;
+    void setCompleteOnly(bool completeOnly);
+
+    /// The attempt is made before its turn and perhaps in vain: its result isn't stored.
+    bool ahead() const;
+    void setAhead(bool ahead);
+
+    /// The result of an attempt that was made ahead with equal parameters, if there was one.
+    const std::optional<PackedResult>& resultAhead() const;
+    void setResultAhead(const std::optional<PackedResult>& result);
+
+    /// Whether cores are free to try ways of placing side by side, those too that may turn out to be in vain.
+    /// True at first.
+    bool sideBySide() const;
+    void setSideBySide(bool sideBySide);
 
     /// Not owned; null at first.
     const AlgorithmSettings* algorithmSettings() const;

@@ -3,11 +3,15 @@
 #include "AlgorithmBasicSettings.h"
 #include "AlgorithmMaxRectsSettings.h"
 #include "AlgorithmSettings.h"
+#include "Error.h"
 #include "SaturatedMath.h"
+#include "SideBySide.h"
 #include "Sprite.h"
 
+#include <QThreadPool>
+
 #include <algorithm>
-#include <map>
+#include <atomic>
 #include <tuple>
 
 namespace {
@@ -38,84 +42,132 @@ bool isBefore(QSize a, QSize b) {
     return key(a) < key(b);
 }
 
+qint64 usedArea(const PackedTexture& texture) {
+    return saturated::add(texture.area(), saturated::multiply(-1, texture.freeArea()));
+}
+
+PackerParameters parametersFor(const SizeSearchInput& input) {
+    PackerParameters parameters;
+    parameters.setAllowRotation(input.allowRotation);
+    parameters.setSizeConstraints(input.sizeConstraints);
+    parameters.setForceSquared(input.forceSquared);
+    parameters.setForceWordAligned(input.forceWordAligned);
+    parameters.setBorderPadding(input.borderPadding);
+    parameters.setShapePadding(input.shapePadding);
+    parameters.setSprites(input.sprites);
+    parameters.setAlgorithmSettings(input.algorithmSettings);
+    return parameters;
+}
+
 } // namespace
 
 SizeSearch::SizeSearch(const SizeSearchInput& input, const Callbacks& callbacks)
-    : m_input(input), m_callbacks(callbacks) {
-    m_parameters.setAllowRotation(input.allowRotation);
-    m_parameters.setSizeConstraints(input.sizeConstraints);
-    m_parameters.setForceSquared(input.forceSquared);
-    m_parameters.setForceWordAligned(input.forceWordAligned);
-    m_parameters.setBorderPadding(input.borderPadding);
-    m_parameters.setShapePadding(input.shapePadding);
-    m_parameters.setSprites(input.sprites);
-    m_parameters.setAlgorithmSettings(input.algorithmSettings);
-}
+    : m_input(input), m_callbacks(callbacks), m_attempts(parametersFor(input), callbacks.attempt) {}
 
 PackedResult SizeSearch::run() {
     const PackedResult best = searchCoarse();
-    if (m_input.sizeConstraints == static_cast<int>(AlgorithmSettings::SizeConstraints::POT))
-        return best;
-    return shrinkBoth(best);
+    return isPot() ? best : shrinkBoth(best);
+}
+
+bool SizeSearch::isPot() const {
+    return m_input.sizeConstraints == static_cast<int>(AlgorithmSettings::SizeConstraints::POT);
 }
 
 PackedResult SizeSearch::searchCoarse() {
-    std::map<qint64, QList<QSize>> sizesByArea;
-    for (QSize size : coarseSizes())
-        sizesByArea[areaOf(size)].append(size);
-    m_parameters.setFirstFitWins(false);
+    const SizesByArea sizesByArea = coarseSizes();
+    m_attempts.setFirstFitWins(false);
+    // Where some size holds all sprites, it doesn't matter how much the others hold.
+    const bool completeOnly = lookAhead(sizesByArea);
     PackedResult best;
     for (const auto& [area, sizes] : sizesByArea) {
         if (m_callbacks.aborted() || (!best.isEmpty() && best.allPlaced()))
             break;
-        attemptSizes(sizes, best);
+        attemptSizes(sizes, completeOnly, best);
     }
     if (!best.textures().isEmpty())
         reportBest(best);
     return best;
 }
 
-QList<QSize> SizeSearch::coarseSizes() const {
-    QList<QSize> sizes;
+/// The sizes to try; of equal areas the squarest first, and of equal ones the narrower.
+SizeSearch::SizesByArea SizeSearch::coarseSizes() const {
+    SizesByArea sizesByArea;
+    const qint64 spriteArea = m_attempts.spriteArea();
     for (int width : coarseSides(m_input.fixedSize.width(), m_input.maxSize.width())) {
         for (int height : coarseSides(m_input.fixedSize.height(), m_input.maxSize.height())) {
             if (m_input.forceSquared && width != height)
                 continue;
             const QSize size = normalizeSize({width, height});
-            if (!size.isEmpty() && canHold(size) && !sizes.contains(size))
+            if (size.isEmpty() || usableArea(size) < spriteArea)
+                continue;
+            QList<QSize>& sizes = sizesByArea[areaOf(size)];
+            if (!sizes.contains(size))
                 sizes.append(size);
         }
     }
     // Not all sprites can fit: the largest sheet holds what it can.
-    if (sizes.isEmpty())
-        sizes.append(normalizeSize(m_input.maxSize));
-    return sizes;
+    if (sizesByArea.empty()) {
+        const QSize size = normalizeSize(m_input.maxSize);
+        sizesByArea[areaOf(size)].append(size);
+    }
+    for (auto& [area, sizes] : sizesByArea)
+        std::stable_sort(sizes.begin(), sizes.end(), isBefore);
+    return sizesByArea;
 }
 
-bool SizeSearch::canHold(QSize size) const {
+qint64 SizeSearch::usableArea(QSize size) const {
     const qint64 margin = qint64{m_input.shapePadding} - 2 * qint64{m_input.borderPadding};
-    const qint64 usable = saturated::multiply(size.width() + margin, size.height() + margin);
-    return m_parameters.sharedShapes()->area() <= usable;
+    return saturated::multiply(size.width() + margin, size.height() + margin);
 }
 
-void SizeSearch::attemptSizes(QList<QSize> sizes, PackedResult& best) {
-    const bool pot = m_input.sizeConstraints == static_cast<int>(AlgorithmSettings::SizeConstraints::POT);
-    std::stable_sort(sizes.begin(), sizes.end(), isBefore);
+/// Makes the attempts ahead that the coarse search needs. True if one of the sizes holds all sprites.
+bool SizeSearch::lookAhead(const SizesByArea& sizesByArea) {
+    for (const auto& [area, sizes] : sizesByArea) {
+        // When not even the largest sizes hold all, it matters what they hold.
+        const bool isLast = area == sizesByArea.rbegin()->first;
+        if (tryAhead(sizes, !isLast))
+            return true;
+    }
+    for (const auto& [area, sizes] : sizesByArea)
+        tryAhead(sizes, false);
+    return false;
+}
+
+/// Makes the attempts of one area ahead. True if one of them holds all sprites.
+bool SizeSearch::tryAhead(const QList<QSize>& sizes, bool completeOnly) {
+    std::atomic<bool> holdsAll = false;
+    const auto tryOne = [&](size_t number) {
+        // Of sizes with equal area, powers of two take the first that holds everything.
+        if (m_callbacks.aborted() || (isPot() && holdsAll))
+            return;
+        const PackedResult result = attempt(sizes[static_cast<int>(number)], completeOnly, Turn::Ahead);
+        if (!result.isEmpty() && result.allPlaced())
+            holdsAll = true;
+    };
+    const auto count = static_cast<size_t>(sizes.size());
+    if (!isPot()) {
+        sideBySide(count, tryOne);
+    } else {
+        for (size_t number = 0; number < count; ++number)
+            tryOne(number);
+    }
+    return holdsAll;
+}
+
+void SizeSearch::attemptSizes(const QList<QSize>& sizes, bool completeOnly, PackedResult& best) {
     for (QSize size : sizes) {
         if (m_callbacks.aborted())
             return;
-        const PackedResult result = attempt(size);
+        const PackedResult result = attempt(size, completeOnly, Turn::Own);
         if (result.isBetterThan(best))
             best = result;
-        // Of sizes with equal area, powers of two take the first that holds everything.
-        if (pot && best.allPlaced())
+        if (isPot() && !best.isEmpty() && best.allPlaced())
             return;
     }
 }
 
-PackedResult SizeSearch::attempt(QSize size) {
-    m_parameters.setSize(size);
-    return m_callbacks.attempt(m_parameters);
+PackedResult SizeSearch::attempt(QSize size, bool completeOnly, Turn turn) {
+    return turn == Turn::Own ? m_attempts.make(size, completeOnly) : m_attempts.makeAhead(size, completeOnly);
 }
 
 void SizeSearch::reportBest(const PackedResult& result) const {
@@ -148,12 +200,12 @@ PackedResult SizeSearch::shrinkBoth(const PackedResult& coarse) {
     m_callbacks.activity(progressLevel, QStringLiteral("Optimizing free space"));
     // From here on only fitting counts.
     if (triesAllHeuristics())
-        m_parameters.setFirstFitWins(true);
+        m_attempts.setFirstFitWins(true);
+    shrinkAhead(coarse, threshold);
     PackedResult best = coarse;
-    const PackedResult widthFirst = shrink(shrink(best, Side::Width, threshold), Side::Height, threshold);
+    const PackedResult widthFirst = shrink(best, Order::WidthFirst, threshold, Turn::Own);
     if (threshold < widthFirst.freeRatio()) {
-        const PackedResult heightFirst =
-            shrink(shrink(best, Side::Height, threshold), Side::Width, threshold);
+        const PackedResult heightFirst = shrink(best, Order::HeightFirst, threshold, Turn::Own);
         if (heightFirst.isBetterThan(best))
             best = heightFirst;
     }
@@ -162,14 +214,37 @@ PackedResult SizeSearch::shrinkBoth(const PackedResult& coarse) {
     return best;
 }
 
-PackedResult SizeSearch::shrink(const PackedResult& result, Side side, float threshold) {
+/// Makes the attempts of both orders ahead, side by side. Only without a threshold: else the first order is
+/// mostly enough.
+void SizeSearch::shrinkAhead(const PackedResult& coarse, float threshold) {
+    constexpr Order orders[] = {Order::WidthFirst, Order::HeightFirst};
+    const int threads = QThreadPool::globalInstance()->maxThreadCount();
+    if (threshold > 0 || threads < 2)
+        return;
+    m_attempts.setSideBySide(threads >= 4);
+    sideBySide(std::size(orders), [&](size_t number) {
+        try {
+            shrink(coarse, orders[number], threshold, Turn::Ahead);
+        } catch (const Error&) {
+            // Comes again in its turn, if that comes at all.
+        }
+    });
+    m_attempts.setSideBySide(true);
+}
+
+PackedResult SizeSearch::shrink(const PackedResult& result, Order order, float threshold, Turn turn) {
+    if (order == Order::WidthFirst)
+        return shrink(shrink(result, Side::Width, threshold, turn), Side::Height, threshold, turn);
+    return shrink(shrink(result, Side::Height, threshold, turn), Side::Width, threshold, turn);
+}
+
+PackedResult SizeSearch::shrink(const PackedResult& result, Side side, float threshold, Turn turn) {
     if (result.textures().isEmpty() || result.textures().first().size().isEmpty())
         return result;
     const PackedTexture texture = result.textures().first();
     const bool isWidth = side == Side::Width;
     const int kept = isWidth ? texture.height() : texture.width();
-    const qint64 used = saturated::add(texture.area(), saturated::multiply(-1, texture.freeArea()));
-    qint64 low = qint64{saturated::toInt(used / kept)} - 1;
+    qint64 low = qint64{saturated::toInt(usedArea(texture) / kept)} - 1;
     qint64 high = isWidth ? texture.width() : texture.height();
     // The two directions have always rounded their middle in different ways, and sheets are compared byte for
     // byte.
@@ -187,11 +262,13 @@ PackedResult SizeSearch::shrink(const PackedResult& result, Side side, float thr
         }
         tried.append(x);
         const int shrunk = saturated::toInt(x);
-        const PackedResult shrunkResult =
-            attempt(normalizeSize(isWidth ? QSize(shrunk, kept) : QSize(kept, shrunk)));
+        const QSize size = normalizeSize(isWidth ? QSize(shrunk, kept) : QSize(kept, shrunk));
+        // No partial layout is better than a complete one.
+        const PackedResult shrunkResult = attempt(size, current.allPlaced(), turn);
         if (shrunkResult.isBetterThan(current)) {
             current = shrunkResult;
-            reportBest(current);
+            if (turn == Turn::Own)
+                reportBest(current);
             high = x;
         } else {
             low = x;

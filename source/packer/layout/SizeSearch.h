@@ -1,9 +1,6 @@
 #pragma once
 
-#include "PackedResult.h"
-#include "PackerParameters.h"
-
-#include <functional>
+#include "SearchAttempts.h"
 
 /// What the size of a sheet depends on. Sides and paddings in pixels.
 struct SizeSearchInput {
@@ -23,12 +20,17 @@ struct SizeSearchInput {
 };
 
 /// Finds the size of the sheet: coarse sizes first, from the smallest area upwards, then, unless the sides
-/// have to be powers of two, a bisection of both sides. Runs in the worker thread.
+/// have to be powers of two, a bisection of both sides. Runs in the worker thread; attempts that the search
+/// will make in any case, or very likely, are made ahead on all cores.
 class SizeSearch {
 public:
     struct Callbacks {
-        std::function<PackedResult(const PackerParameters&)> attempt;
-        std::function<bool()> aborted; ///< asked between attempts; the search then ends with what it has
+        /// Makes an attempt. Those with PackerParameters::ahead() come from several threads, all others from
+        /// the search's own, in the order of its steps.
+        SearchAttempts::Attempt attempt;
+        /// Asked between attempts, from several threads; the search then ends with what it has.
+        std::function<bool()> aborted;
+        /// Told in the search's own thread.
         std::function<void(int, const QString&)> activity;
     };
 
@@ -43,20 +45,28 @@ public:
     QSize normalizeSize(QSize size) const;
 
 private:
+    using SizesByArea = std::map<qint64, QList<QSize>>;
     enum class Side { Width, Height };
+    enum class Order { WidthFirst, HeightFirst };
+    enum class Turn { Own, Ahead };
 
     PackedResult searchCoarse();
-    QList<QSize> coarseSizes() const;
-    void attemptSizes(QList<QSize> sizes, PackedResult& best);
+    SizesByArea coarseSizes() const;
+    bool lookAhead(const SizesByArea& sizes);
+    bool tryAhead(const QList<QSize>& sizes, bool completeOnly);
+    void attemptSizes(const QList<QSize>& sizes, bool completeOnly, PackedResult& best);
     PackedResult shrinkBoth(const PackedResult& coarse);
-    PackedResult shrink(const PackedResult& result, Side side, float threshold);
-    PackedResult attempt(QSize size);
+    void shrinkAhead(const PackedResult& coarse, float threshold);
+    PackedResult shrink(const PackedResult& result, Order order, float threshold, Turn turn);
+    PackedResult shrink(const PackedResult& result, Side side, float threshold, Turn turn);
+    PackedResult attempt(QSize size, bool completeOnly, Turn turn);
     void reportBest(const PackedResult& result) const;
-    bool canHold(QSize size) const;
+    qint64 usableArea(QSize size) const;
+    bool isPot() const;
     float freeThreshold() const;
     bool triesAllHeuristics() const;
 
     SizeSearchInput m_input;
     Callbacks m_callbacks;
-    PackerParameters m_parameters;
+    SearchAttempts m_attempts;
 };

@@ -1,8 +1,14 @@
 #include "ImageLoader.h"
 
 #include "ImageLoaderPluginPrivate.h"
+#include "PKMLoaderPlugin.h"
 #include "PNGLoaderPlugin.h"
+#include "PPMLoaderPlugin.h"
+#include "PSDLoaderPlugin.h"
+#include "PVRLoaderPlugin.h"
 #include "QtFallbackLoaderPlugin.h"
+#include "TGALoaderPlugin.h"
+#include "TIFFLoaderPlugin.h"
 
 #include <mutex>
 #include <type_traits>
@@ -31,8 +37,8 @@ ImageLoaderPlugin* row(const ImageLoader& loader) {
 
 // The order is the selection priority. The fallback is the last: it takes what the others leave.
 constexpr MakePlugin table[] = {
-    row<PNGLoaderPlugin>,
-    row<QtFallbackLoaderPlugin>,
+    row<TGALoaderPlugin>, row<PPMLoaderPlugin>,  row<PKMLoaderPlugin>, row<PSDLoaderPlugin>,
+    row<PVRLoaderPlugin>, row<TIFFLoaderPlugin>, row<PNGLoaderPlugin>, row<QtFallbackLoaderPlugin>,
 };
 
 QString suffixOf(const QString& extension) { return QLatin1Char('.') + extension; }

@@ -1,4 +1,4 @@
-#include "ImageLoader.h"
+#include "FormatsTest.h"
 
 #include <QDir>
 #include <QFile>
@@ -79,16 +79,6 @@ protected:
     ImageLoader loader;
 };
 
-// Bytes of address space that the process has had at most.
-qint64 peakMemory() {
-    QFile status(QStringLiteral("/proc/self/status"));
-    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
-    for (const QByteArray& line : status.readAll().split('\n'))
-        if (line.startsWith("VmPeak:"))
-            return line.mid(7).simplified().split(' ').first().toLongLong() * 1024;
-    return -1;
-}
-
 } // namespace
 
 TEST(ImageLoaderSelection, takesFirstPluginThatIsAble) {
@@ -152,7 +142,8 @@ TEST_F(ImageLoaderTest, readsWhatTheToolkitReads) {
     for (const QString& name : names) {
         QString format;
         QImage image;
-        if (!loader.canRead(name.mid(2)))
+        // The others have tests of their own.
+        if (!loader.plugins().constLast()->extensions().contains(name.mid(2)))
             continue;
         EXPECT_TRUE(loader.load(folder.filePath(name), &format, &image, nullptr)) << name.toStdString();
         EXPECT_EQ(image, QImage(folder.filePath(name))) << name.toStdString();

@@ -1,6 +1,8 @@
 #include "ImageExporterPvr.h"
 
 #include "Error.h"
+#include "PixelFormats.h"
+#include "PvrPixelFormat.h"
 #include "SaveAside.h"
 
 #include <optional>
@@ -9,50 +11,38 @@ namespace {
 
 using Format = SettingsBase::OutputFormat;
 
-/// Channel letters, first in the lowest byte, and their widths in bits in the same order.
-constexpr quint64 channels(quint32 letters, quint32 bits) { return quint64{bits} << 32 | letters; }
-
-/// Pixel format of PVR version 3: channels, or a small number for a compressed format.
 std::optional<quint64> pixelFormat(Format format) {
-    constexpr quint32 rgb = 0x00626772;
-    constexpr quint32 rgba = 0x61626772;
-    constexpr quint32 bgra = 0x61726762;
     switch (format) {
     case Format::RGBA8888:
-        return channels(rgba, 0x08080808);
+        return pvrPixelFormat::rgba8888;
     case Format::BGRA8888:
-        return channels(bgra, 0x08080808);
+        return pvrPixelFormat::bgra8888;
     case Format::RGBA4444:
-        return channels(rgba, 0x04040404);
+        return pvrPixelFormat::rgba4444;
     case Format::RGB888:
-        return channels(rgb, 0x00080808);
+        return pvrPixelFormat::rgb888;
     case Format::RGB565:
-        return channels(rgb, 0x00050605);
+        return pvrPixelFormat::rgb565;
     case Format::RGBA5551:
-        return channels(rgba, 0x01050505);
+        return pvrPixelFormat::rgba5551;
     case Format::PVRTC2:
-        return 1;
+        return pvrPixelFormat::pvrtc2;
     case Format::PVRTC4:
-        return 3;
+        return pvrPixelFormat::pvrtc4;
     case Format::PVRTC2_NOALPHA:
-        return 0;
+        return pvrPixelFormat::pvrtc2Opaque;
     case Format::PVRTC4_NOALPHA:
-        return 2;
-    case Format::ALPHA: // "a000": zeros as digits
-        return channels(0x30303061, 0x00000008);
-    case Format::ALPHA_INTENSITY: // "ai00"
-        return channels(0x30306961, 0x00000808);
+        return pvrPixelFormat::pvrtc4Opaque;
+    case Format::ALPHA:
+        return pvrPixelFormat::alpha;
+    case Format::ALPHA_INTENSITY:
+        return pvrPixelFormat::alphaIntensity;
     case Format::ETC1:
-        return 6;
+        return pvrPixelFormat::etc1;
     case Format::RGBA5555:
         break;
     }
     return {};
-}
-
-bool isPvrtc(Format format) {
-    return format == Format::PVRTC2 || format == Format::PVRTC4 || format == Format::PVRTC2_NOALPHA ||
-           format == Format::PVRTC4_NOALPHA;
 }
 
 bool isPowerOfTwo(int side) { return side > 0 && (side & (side - 1)) == 0; }
@@ -78,7 +68,7 @@ void ImageExporterPvr::write(const Settings& settings, const PackedTexture& text
     const std::optional<quint64> pixels = pixelFormat(format);
     if (!pixels)
         throw Error(Error::PvrLimit, QStringLiteral("Output format not supported by PVR exporter"));
-    if (isPvrtc(format))
+    if (isPvrtcFormat(format))
         checkPvrtcSize(sheet);
     const QHash<QString, QVariant> options{
         {QStringLiteral("premultipliedAlpha"), settings.premultiplyAlpha()},

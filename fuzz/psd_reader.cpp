@@ -1,0 +1,6 @@
+#include "PsdReader.h"
+#include "ReadPicture.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    return readPicture(data, size, readPsd);
+}

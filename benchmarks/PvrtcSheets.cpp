@@ -22,7 +22,9 @@ public:
 private:
     double between(double low, double high) { return low + (high - low) * (m_random() % 65536) / 65535.0; }
     QColor tint(const QColor& color, int spread) {
-        const auto moved = [&](int value) { return std::clamp(value + int(between(-spread, spread)), 0, 255); };
+        const auto moved = [&](int value) {
+            return std::clamp(value + int(between(-spread, spread)), 0, 255);
+        };
         return {moved(color.red()), moved(color.green()), moved(color.blue())};
     }
     void backdrop(QPainter& painter, const QRectF& frame);
@@ -67,7 +69,8 @@ void Painting::eye(QPainter& painter, QPointF centre, double size, const QColor&
 }
 
 void Painting::face(QPainter& painter, const QRectF& head, const QColor& skin) {
-    QRadialGradient shade(head.center() - QPointF(head.width() * 0.15, head.height() * 0.2), head.height() * 0.75);
+    QRadialGradient shade(head.center() - QPointF(head.width() * 0.15, head.height() * 0.2),
+                          head.height() * 0.75);
     shade.setColorAt(0, skin.lighter(118));
     shade.setColorAt(0.5, skin);
     shade.setColorAt(1, skin.darker(210));
@@ -84,11 +87,15 @@ void Painting::face(QPainter& painter, const QRectF& head, const QColor& skin) {
         painter.drawEllipse(cheek, head.width() * 0.17, head.width() * 0.17);
     }
     const QColor iris = QColor::fromHsv(int(between(0, 260)), 140, 150);
-    eye(painter, head.center() + QPointF(-head.width() * 0.2, -head.height() * 0.05), head.width() * 0.1, iris);
-    eye(painter, head.center() + QPointF(head.width() * 0.2, -head.height() * 0.05), head.width() * 0.1, iris);
+    eye(painter, head.center() + QPointF(-head.width() * 0.2, -head.height() * 0.05), head.width() * 0.1,
+        iris);
+    eye(painter, head.center() + QPointF(head.width() * 0.2, -head.height() * 0.05), head.width() * 0.1,
+        iris);
     QPainterPath mouth(head.center() + QPointF(-head.width() * 0.16, head.height() * 0.27));
-    mouth.quadTo(head.center() + QPointF(0, head.height() * 0.36), head.center() + QPointF(head.width() * 0.16, head.height() * 0.27));
-    mouth.quadTo(head.center() + QPointF(0, head.height() * 0.25), head.center() + QPointF(-head.width() * 0.16, head.height() * 0.27));
+    mouth.quadTo(head.center() + QPointF(0, head.height() * 0.36),
+                 head.center() + QPointF(head.width() * 0.16, head.height() * 0.27));
+    mouth.quadTo(head.center() + QPointF(0, head.height() * 0.25),
+                 head.center() + QPointF(-head.width() * 0.16, head.height() * 0.27));
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(165, 50, 60));
     painter.drawPath(mouth);
@@ -98,12 +105,14 @@ void Painting::hair(QPainter& painter, const QRectF& head, const QColor& color) 
     painter.setBrush(Qt::NoBrush);
     for (int strand = 0; strand < 900; ++strand) {
         const double from = between(-1, 1);
-        const QPointF root = head.center() + QPointF(from * head.width() * 0.42, -head.height() * between(0.38, 0.55));
+        const QPointF root =
+            head.center() + QPointF(from * head.width() * 0.42, -head.height() * between(0.38, 0.55));
         const double out = from < 0 ? -1 : 1;
         QPainterPath path(root);
         path.cubicTo(root + QPointF(out * between(10, 60), between(0, 40)),
                      root + QPointF(out * between(30, 80), between(60, 150)),
-                     head.center() + QPointF(out * head.width() * between(0.42, 0.66), head.height() * between(0.1, 0.6)));
+                     head.center() + QPointF(out * head.width() * between(0.42, 0.66),
+                                             head.height() * between(0.1, 0.6)));
         QColor shade = tint(color, 35);
         shade.setAlpha(int(between(90, 230)));
         painter.setPen(QPen(shade, between(0.6, 2.6)));
@@ -112,20 +121,24 @@ void Painting::hair(QPainter& painter, const QRectF& head, const QColor& color) 
 }
 
 void Painting::portrait(QPainter& painter, const QRectF& frame) {
-    static const QColor skins[] = {QColor(236, 190, 160), QColor(198, 140, 100), QColor(140, 90, 62), QColor(250, 215, 190)};
-    static const QColor hairs[] = {QColor(60, 38, 24), QColor(150, 100, 45), QColor(28, 26, 32), QColor(160, 60, 30)};
+    static const QColor skins[] = {QColor(236, 190, 160), QColor(198, 140, 100), QColor(140, 90, 62),
+                                   QColor(250, 215, 190)};
+    static const QColor hairs[] = {QColor(60, 38, 24), QColor(150, 100, 45), QColor(28, 26, 32),
+                                   QColor(160, 60, 30)};
     painter.save();
     painter.setClipRect(frame);
     backdrop(painter, frame);
     const double width = frame.width() * between(0.4, 0.5);
-    const QRectF head(frame.center().x() - width / 2 + between(-20, 20), frame.top() + frame.height() * 0.2, width, width * 1.35);
+    const QRectF head(frame.center().x() - width / 2 + between(-20, 20), frame.top() + frame.height() * 0.2,
+                      width, width * 1.35);
     QLinearGradient coat(head.bottomLeft(), head.bottomRight());
     const QColor cloth = QColor::fromHsv(int(between(0, 359)), 160, 130);
     coat.setColorAt(0, cloth.lighter(140));
     coat.setColorAt(1, cloth.darker(200));
     painter.setPen(Qt::NoPen);
     painter.setBrush(coat);
-    painter.drawEllipse(QRectF(frame.left() + 30, head.bottom() - 20, frame.width() - 60, frame.height() * 0.6));
+    painter.drawEllipse(
+        QRectF(frame.left() + 30, head.bottom() - 20, frame.width() - 60, frame.height() * 0.6));
     face(painter, head, skins[m_random() % 4]);
     hair(painter, head, hairs[m_random() % 4]);
     painter.restore();
@@ -136,7 +149,8 @@ void Painting::canvasNoise(QImage& image, int strength) {
         uchar* line = image.scanLine(y);
         for (int x = 0; x < image.width() * 4; ++x)
             if (x % 4 != 3)
-                line[x] = static_cast<uchar>(std::clamp(line[x] + int(between(-strength, strength + 1)), 0, 255));
+                line[x] =
+                    static_cast<uchar>(std::clamp(line[x] + int(between(-strength, strength + 1)), 0, 255));
     }
 }
 
@@ -161,7 +175,8 @@ QImage sheetOfFolder(const QString& folder, int skip) {
             rowHeight = 0;
         }
         for (int line = 0; line < image.height() && y + line < side; ++line)
-            std::copy_n(image.constScanLine(line), std::min(image.width(), side - x) * 4, sheet.scanLine(y + line) + x * 4);
+            std::copy_n(image.constScanLine(line), std::min(image.width(), side - x) * 4,
+                        sheet.scanLine(y + line) + x * 4);
         x += image.width() + 2;
         rowHeight = std::max(rowHeight, image.height());
     }
@@ -174,7 +189,8 @@ QImage paintedSheet(unsigned seed) {
     Painting painting(seed);
     QPainter painter(&sheet);
     painter.setRenderHint(QPainter::Antialiasing);
-    for (const QRectF& frame : {QRectF(0, 0, 512, 512), QRectF(512, 0, 512, 512), QRectF(0, 512, 512, 512), QRectF(512, 512, 512, 512)})
+    for (const QRectF& frame : {QRectF(0, 0, 512, 512), QRectF(512, 0, 512, 512), QRectF(0, 512, 512, 512),
+                                QRectF(512, 512, 512, 512)})
         painting.portrait(painter, frame);
     painter.end();
     painting.canvasNoise(sheet, 4);

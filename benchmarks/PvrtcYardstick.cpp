@@ -42,7 +42,8 @@ struct Ends {
 /// The nearest value that a field of so many bits widens to, given in units of five bits.
 std::uint8_t nearestField(float value, unsigned bits) {
     const unsigned steps = (1U << bits) - 1;
-    const auto field = static_cast<unsigned>(std::clamp(value / 31 * float(steps) + 0.5F, 0.0F, float(steps)));
+    const auto field =
+        static_cast<unsigned>(std::clamp(value / 31 * float(steps) + 0.5F, 0.0F, float(steps)));
     const unsigned missing = 5 - bits;
     return static_cast<std::uint8_t>(field << missing | field >> (bits - missing));
 }
@@ -51,7 +52,8 @@ PvrtcColor nearestColor(const std::array<float, 4>& color, bool isLow) {
     const bool opaque = color[3] >= 14.5F;
     const unsigned bits = opaque ? 5 : 4;
     const auto alpha = static_cast<std::uint8_t>(std::clamp(color[3] / 2 + 0.5F, 0.0F, 7.0F));
-    return {nearestField(color[0], bits), nearestField(color[1], bits), nearestField(color[2], isLow ? bits - 1 : bits),
+    return {nearestField(color[0], bits), nearestField(color[1], bits),
+            nearestField(color[2], isLow ? bits - 1 : bits),
             static_cast<std::uint8_t>(opaque ? 15 : alpha * 2)};
 }
 
@@ -68,7 +70,8 @@ struct Normal {
     }
 };
 
-/// With (nearly) one level alone the two colours can't be told apart: they are pulled a little to what they were.
+/// With (nearly) one level alone the two colours can't be told apart: they are pulled a little to what they
+/// were.
 PvrtcColorPair solved(const Normal& normal, const Normal& alphaNormal, const std::array<float, 4>& low,
                       const std::array<float, 4>& high, const PvrtcColorPair& before) {
     constexpr float pull = 1e-3F;
@@ -99,7 +102,8 @@ public:
 
 private:
     Block& block(int column, int row) {
-        return m_blocks[static_cast<std::size_t>(row & (m_rows - 1)) * m_columns + (column & (m_columns - 1))];
+        return m_blocks[static_cast<std::size_t>(row & (m_rows - 1)) * m_columns +
+                        (column & (m_columns - 1))];
     }
     std::size_t pixelIndex(int x, int y) const {
         return static_cast<std::size_t>(y & (m_height - 1)) * m_width + (x & (m_width - 1));
@@ -147,8 +151,8 @@ void Yardstick::startColors(int column, int row) {
             }
         }
     const auto stored = [](const Pixel& color, bool isLow) {
-        return nearestColor({float(color[0]) / 255 * 31, float(color[1]) / 255 * 31, float(color[2]) / 255 * 31,
-                             float(color[3]) / 255 * 15},
+        return nearestColor({float(color[0]) / 255 * 31, float(color[1]) / 255 * 31,
+                             float(color[2]) / 255 * 31, float(color[3]) / 255 * 15},
                             isLow);
     };
     block(column, row).colors = {stored(lowest, true), stored(highest, false)};
@@ -162,7 +166,8 @@ void Yardstick::blendColors() {
             const int column = (x + m_blockWidth / 2) / m_blockWidth;
             const int right = (x + m_blockWidth / 2) % m_blockWidth;
             const int left = m_blockWidth - right;
-            const PvrtcColorPair* corners[4] = {&block(column - 1, row - 1).colors, &block(column, row - 1).colors,
+            const PvrtcColorPair* corners[4] = {&block(column - 1, row - 1).colors,
+                                                &block(column, row - 1).colors,
                                                 &block(column - 1, row).colors, &block(column, row).colors};
             const int weights[4] = {left * (4 - below), right * (4 - below), left * below, right * below};
             Ends& ends = m_ends[pixelIndex(x, y)];
@@ -252,7 +257,8 @@ int Yardstick::interpolatedLevel(int x, int y, int mode) const {
 }
 
 void Yardstick::chooseModulation2() {
-    // First as if all blocks interpolated in both directions, so that each block's modes see levels around them.
+    // First as if all blocks interpolated in both directions, so that each block's modes see levels around
+    // them.
     for (int row = 0; row < m_rows; ++row)
         for (int column = 0; column < m_columns; ++column)
             chooseLevels2(column, row, Cross);
@@ -265,7 +271,8 @@ void Yardstick::chooseModulation2() {
                 for (int y = row * 4; mode != OneBit && y < row * 4 + 4; ++y)
                     for (int x = column * 8 + 1 - y % 2; x < column * 8 + 8; x += 2) {
                         const std::size_t index = pixelIndex(x, y);
-                        error += squaredDistance(target(index), m_ends[index].at(interpolatedLevel(x, y, mode)));
+                        error +=
+                            squaredDistance(target(index), m_ends[index].at(interpolatedLevel(x, y, mode)));
                     }
                 if (error < best) {
                     best = error;
@@ -333,7 +340,8 @@ void Yardstick::leastSquares(int column, int row) {
                            float(corner[which][channel]) * cornerWeight;
                 };
                 const float scale = channel == 3 ? 15.0F / 255 : 31.0F / 255;
-                const float rest = float(wanted[channel]) * scale - others(0) * (1 - share) - others(1) * share;
+                const float rest =
+                    float(wanted[channel]) * scale - others(0) * (1 - share) - others(1) * share;
                 low[channel] += lowWeight * rest;
                 high[channel] += highWeight * rest;
             }
@@ -382,7 +390,8 @@ std::vector<std::uint8_t> Yardstick::encode() {
     for (std::size_t index = 0; index < m_blocks.size(); ++index) {
         const auto column = static_cast<int>(index % static_cast<std::size_t>(m_columns));
         const auto row = static_cast<int>(index / static_cast<std::size_t>(m_columns));
-        const std::uint32_t colors = pvrtcPackColors(m_blocks[index].colors) | (m_blocks[index].mode != 0 ? 1U : 0U);
+        const std::uint32_t colors =
+            pvrtcPackColors(m_blocks[index].colors) | (m_blocks[index].mode != 0 ? 1U : 0U);
         const std::uint64_t whole = packedModulation(column, row) | std::uint64_t{colors} << 32U;
         for (int byte = 0; byte < pvrtcBlockBytes; ++byte)
             data[std::size_t{order[index]} * pvrtcBlockBytes + static_cast<std::size_t>(byte)] =

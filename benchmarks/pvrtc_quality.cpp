@@ -1,5 +1,6 @@
-// pvrtc_quality [FOLDER|IMAGE...]: quality and time of the PVRTC encoder beside those of a straightforward one, on sheets of 1024 x 1024 pixels:
-// painted ones, and one of the PNGs of each folder. Fails if a sheet gains less than 0.3 dB.
+// pvrtc_quality [FOLDER|IMAGE...]: quality and time of the PVRTC encoder beside those of a straightforward
+// one, on sheets of 1024 x 1024 pixels: painted ones, and one of the PNGs of each folder. Fails if a sheet
+// gains less than 0.3 dB.
 
 #include "PvrtcDecoder.h"
 #include "PvrtcEncoder.h"
@@ -20,7 +21,7 @@ namespace {
 using Encoder = std::vector<std::uint8_t> (*)(const std::uint8_t*, int, int, int);
 
 struct Outcome {
-    double quality = 0;          ///< peak signal to noise ratio of all four channels in dB
+    double quality = 0; ///< peak signal to noise ratio of all four channels in dB
     double wallSeconds = 0;
     double processorSeconds = 0; ///< of all threads together
 };
@@ -52,8 +53,8 @@ QMap<QString, QImage> sheetsOf(const QStringList& paths) {
     QMap<QString, QImage> sheets;
     for (const QString& path : paths) {
         const QFileInfo info(path);
-        sheets[info.completeBaseName()] = info.isDir() ? sheetOfFolder(path, 37)
-                                                       : QImage(path).convertToFormat(QImage::Format_RGBA8888);
+        sheets[info.completeBaseName()] =
+            info.isDir() ? sheetOfFolder(path, 37) : QImage(path).convertToFormat(QImage::Format_RGBA8888);
     }
     sheets[QStringLiteral("portraits-1")] = paintedSheet(1);
     sheets[QStringLiteral("portraits-2")] = paintedSheet(2);
@@ -66,8 +67,8 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     const QMap<QString, QImage> sheets = sheetsOf(QGuiApplication::arguments().mid(1));
-    std::printf("%-16s %4s %9s %9s %7s %12s %12s %12s\n", "sheet", "bits", "yardstick", "encoder", "gain", "yardstick s",
-                "encoder wall", "encoder cpu");
+    std::printf("%-16s %4s %9s %9s %7s %12s %12s %12s\n", "sheet", "bits", "yardstick", "encoder", "gain",
+                "yardstick s", "encoder wall", "encoder cpu");
     int failures = 0;
     for (auto sheet = sheets.begin(); sheet != sheets.end(); ++sheet)
         for (const int bits : {4, 2}) {

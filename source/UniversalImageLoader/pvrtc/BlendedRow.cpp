@@ -3,7 +3,8 @@
 namespace pvrtc {
 
 template <int Bits>
-void blendRow(std::span<const PvrtcColorPair> above, std::span<const PvrtcColorPair> below, int place, PixelEnds* ends) {
+void blendRow(std::span<const PvrtcColorPair> above, std::span<const PvrtcColorPair> below, int place,
+              PixelEnds* ends) {
     constexpr int blockWidth = pvrtcBlockWidth(Bits);
     const std::size_t columns = above.size();
     const std::size_t width = columns * blockWidth;

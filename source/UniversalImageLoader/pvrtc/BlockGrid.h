@@ -8,10 +8,11 @@
 
 namespace pvrtc {
 
-/// Modes of a block as the search numbers them from 0 on. With 4 bits a pixel: the standard one and punch-through.
+/// Modes of a block as the search numbers them from 0 on. With 4 bits a pixel: the standard one and
+/// punch-through.
 enum FourBitMode { Standard, PunchThrough };
-/// With 2 bits a pixel: one stored bit for every pixel, or two bits for every second one and the others interpolated
-/// from their four neighbours, those beside them or those above and below.
+/// With 2 bits a pixel: one stored bit for every pixel, or two bits for every second one and the others
+/// interpolated from their four neighbours, those beside them or those above and below.
 enum TwoBitMode { OneBit, Cross, Across, Down };
 
 constexpr int modeCount(int bits) { return bits == 2 ? 4 : 2; }
@@ -20,7 +21,8 @@ inline constexpr int mostModes = 4;
 /// Pairs of colours that the search keeps of each mode from one pass to the next.
 inline constexpr int keptCandidates = 4;
 
-/// A basis of orthogonal axes in the space of red, green, blue and alpha (0 to 255), and what the pixels take up of it.
+/// A basis of orthogonal axes in the space of red, green, blue and alpha (0 to 255), and what the pixels take
+/// up of it.
 struct ColorBasis {
     Float4 mean;
     Float4 axes[4];
@@ -30,8 +32,8 @@ struct ColorBasis {
 
 /// What the search knows of a block.
 struct BlockRecord {
-    ColorBasis basis;                                                  ///< nothing if the footprint is flat
-    std::uint32_t kept[mostModes][keptCandidates];                     ///< as pvrtcPackColors makes them, best first
+    ColorBasis basis;                              ///< nothing if the footprint is flat
+    std::uint32_t kept[mostModes][keptCandidates]; ///< as pvrtcPackColors makes them, best first
     std::uint8_t keptCount[mostModes];
     PvrtcColorPair colors;
     std::uint8_t mode;
@@ -63,7 +65,8 @@ class BlockGrid {
 public:
     BlockGrid(int columns, int rows)
         : m_columns(columns), m_rows(rows),
-          m_records(std::make_unique_for_overwrite<BlockRecord[]>(static_cast<std::size_t>(columns) * rows)) {}
+          m_records(std::make_unique_for_overwrite<BlockRecord[]>(static_cast<std::size_t>(columns) * rows)) {
+    }
 
     int columns() const { return m_columns; }
     int rows() const { return m_rows; }

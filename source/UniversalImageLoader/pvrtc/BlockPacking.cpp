@@ -47,7 +47,8 @@ void forModulation4(const WorkingImage& image, const BlockGrid& grid, const Colo
             for (int x = 0; x < image.width(); ++x) {
                 const bool punchThrough = grid.at(x / 4, row).mode == PunchThrough;
                 modulation[static_cast<std::size_t>(x / 4)] |=
-                    bestValue(ends[static_cast<std::size_t>(x)], pixels[x], punchThrough) << 2 * (x % 4 + 4 * y);
+                    bestValue(ends[static_cast<std::size_t>(x)], pixels[x], punchThrough)
+                    << 2 * (x % 4 + 4 * y);
             }
         }
         for (int column = 0; column < grid.columns(); ++column)
@@ -76,7 +77,8 @@ std::vector<std::uint8_t> packBlocks(const WorkingImage& image, const BlockGrid&
         levels.choose();
         sideBySide(static_cast<std::size_t>(grid.rows()), [&](std::size_t number) {
             for (int column = 0; column < grid.columns(); ++column)
-                packLocalBlock(column, static_cast<int>(number), levels.modulation(column, static_cast<int>(number)));
+                packLocalBlock(column, static_cast<int>(number),
+                               levels.modulation(column, static_cast<int>(number)));
         });
     }
     return data;

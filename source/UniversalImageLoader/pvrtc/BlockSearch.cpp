@@ -13,16 +13,21 @@ namespace {
 constexpr std::int32_t worstError = std::numeric_limits<std::int32_t>::max();
 
 /// Where new candidates have their two colours on the line from the low to the high one.
-constexpr float linePlaces[][2] = {{-0.25F, 1.25F}, {-0.5F, 1.0F},  {0.0F, 1.5F}, {0.0F, 0.125F},   {0.875F, 1.0F},
-                                   {0.0F, 0.625F},  {0.375F, 1.0F}, {1.0F, 0.0F}, {0.375F, 0.625F}, {0.75F, 0.25F}};
+constexpr float linePlaces[][2] = {{-0.25F, 1.25F},  {-0.5F, 1.0F},  {0.0F, 1.5F},   {0.0F, 0.125F},
+                                   {0.875F, 1.0F},   {0.0F, 0.625F}, {0.375F, 1.0F}, {1.0F, 0.0F},
+                                   {0.375F, 0.625F}, {0.75F, 0.25F}};
 
 /// Candidates with a larger error than the best one times this, in eighths, aren't refined.
-int behindOwnMode=16, behindOtherMode=12;
+int behindOwnMode = 16, behindOtherMode = 12;
 
-bool isEqual(const PvrtcColorPair& a, const PvrtcColorPair& b) { return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b); }
+bool isEqual(const PvrtcColorPair& a, const PvrtcColorPair& b) {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
 
 /// `error` times some eighths.
-std::int32_t times(std::int32_t error, int eighths) { return static_cast<std::int32_t>(std::int64_t{error} * eighths / 8); }
+std::int32_t times(std::int32_t error, int eighths) {
+    return static_cast<std::int32_t>(std::int64_t{error} * eighths / 8);
+}
 
 /// The line through a pair of colours.
 class ColorLine {
@@ -153,7 +158,8 @@ void BlockSearch<Bits>::prepare(int column, int row, const PassSettings& pass) {
         list.count = 0;
 }
 
-/// Lists what was kept of a mode. If even its best is far behind another mode, that is all, and the mode is left alone.
+/// Lists what was kept of a mode. If even its best is far behind another mode, that is all, and the mode is
+/// left alone.
 template <int Bits>
 void BlockSearch<Bits>::listKept(const BlockRecord& record, int mode) {
     // A pair without any error ends the search: nothing can be better.
@@ -171,7 +177,8 @@ template <int Bits>
 void BlockSearch<Bits>::listLines(const BlockRecord& record) {
     unsigned modes = 0;
     for (int mode = 0; mode < modeCount(Bits); ++mode) {
-        // Without a transparent pixel punch-through has but three levels to set against four: it lives on what it has.
+        // Without a transparent pixel punch-through has but three levels to set against four: it lives on
+        // what it has.
         const bool fits = Bits == 2 || mode == Standard || record.hasTransparency;
         if (fits && m_bestOfMode[mode] != worstError && !isFarBehind(m_bestOfMode[mode], mode))
             modes |= 1U << mode;
@@ -250,7 +257,9 @@ void BlockSearch<Bits>::score(Tried& tried, unsigned modes) {
     store(request.colors[0], loadBytes(tried.colors[0].data()));
     request.modes = modes;
     request.regions = m_usesRegions ? &m_regions : nullptr;
-    request.jointLimit = !m_pass->chooseJointly ? -1 : m_bestError == worstError ? worstError : times(m_bestError, jointGain);
+    request.jointLimit = !m_pass->chooseJointly      ? -1
+                         : m_bestError == worstError ? worstError
+                                                     : times(m_bestError, jointGain);
     m_scorer(m_footprint, request, tried.scores);
     tried.modes |= modes;
     for (int mode = 0; mode < modeCount(Bits); ++mode)

@@ -20,13 +20,15 @@ struct PassSettings {
     bool chooseJointly; ///< stored 2-bit levels are chosen with what is interpolated from them
 };
 
-/// Finds better colours and modes of blocks, one at a time, with those around as they are. One object a thread.
+/// Finds better colours and modes of blocks, one at a time, with those around as they are. One object a
+/// thread.
 template <int Bits>
 class BlockSearch {
 public:
     BlockSearch(const WorkingImage& image, BlockGrid& grid);
 
-    /// Reads the records of the 3 x 3 blocks around, and writes that of the block alone. `stamp` rises by 1 with each sweep.
+    /// Reads the records of the 3 x 3 blocks around, and writes that of the block alone. `stamp` rises by 1
+    /// with each sweep.
     void optimiseRegion(int column, int row, const PassSettings& pass, std::uint8_t stamp);
 
 private:

@@ -5,8 +5,12 @@
 namespace pvrtc {
 
 /// A colour of four channels from 0 to 255 in units of PvrtcColor, and back.
-inline Float4 toFormatUnits(Float4 color) { return color * Float4{31.0F / 255, 31.0F / 255, 31.0F / 255, 15.0F / 255}; }
-inline Float4 fromFormatUnits(Float4 color) { return color * Float4{255.0F / 31, 255.0F / 31, 255.0F / 31, 255.0F / 15}; }
+inline Float4 toFormatUnits(Float4 color) {
+    return color * Float4{31.0F / 255, 31.0F / 255, 31.0F / 255, 15.0F / 255};
+}
+inline Float4 fromFormatUnits(Float4 color) {
+    return color * Float4{255.0F / 31, 255.0F / 31, 255.0F / 31, 255.0F / 15};
+}
 
 struct ColorFloats {
     explicit ColorFloats(const PvrtcColorPair& pair) {
@@ -26,15 +30,22 @@ struct ColorRounding {
 };
 
 /// By opaque or not, and high or low.
-/// Widened by repeating its bits, a field is its share of 31, rounded. Opaque colours have five bits a channel, others four, and three of
-/// alpha, which a 0 bit follows; blue of the low colour has one bit less.
+/// Widened by repeating its bits, a field is its share of 31, rounded. Opaque colours have five bits a
+/// channel, others four, and three of alpha, which a 0 bit follows; blue of the low colour has one bit less.
 inline constexpr ColorRounding colorRoundings[2][2] = {
-    {{{15.0F / 31, 15.0F / 31, 15.0F / 31, 0.5F}, {15, 15, 15, 7}, {31.0F / 15, 31.0F / 15, 31.0F / 15, 2}, {0.5F, 0.5F, 0.5F, 0}},
-     {{15.0F / 31, 15.0F / 31, 7.0F / 31, 0.5F}, {15, 15, 7, 7}, {31.0F / 15, 31.0F / 15, 31.0F / 7, 2}, {0.5F, 0.5F, 0.5F, 0}}},
+    {{{15.0F / 31, 15.0F / 31, 15.0F / 31, 0.5F},
+      {15, 15, 15, 7},
+      {31.0F / 15, 31.0F / 15, 31.0F / 15, 2},
+      {0.5F, 0.5F, 0.5F, 0}},
+     {{15.0F / 31, 15.0F / 31, 7.0F / 31, 0.5F},
+      {15, 15, 7, 7},
+      {31.0F / 15, 31.0F / 15, 31.0F / 7, 2},
+      {0.5F, 0.5F, 0.5F, 0}}},
     {{{1, 1, 1, 0}, {31, 31, 31, 0}, {1, 1, 1, 0}, {0.5F, 0.5F, 0.5F, 15}},
      {{1, 1, 15.0F / 31, 0}, {31, 31, 15, 0}, {1, 1, 31.0F / 15, 0}, {0.5F, 0.5F, 0.5F, 15}}}};
 
-/// The colour that the format can store nearest to this one, given in units of PvrtcColor, which it may exceed.
+/// The colour that the format can store nearest to this one, given in units of PvrtcColor, which it may
+/// exceed.
 inline Int32x4 nearestChannels(Float4 color, bool isLow) {
     // The largest alpha that isn't opaque is 14.
     const ColorRounding& way = colorRoundings[color[3] >= 14.5F][isLow];
@@ -50,11 +61,13 @@ inline PvrtcColorPair nearestPair(Float4 low, Float4 high) {
     return nearest;
 }
 
-/// The pair that suits the modulation of a score best by least squares: the scored pair, moved by what the picture differs from it, and
-/// rounded to what the format can store. With (nearly) one level alone the pair isn't determined; what isn't stays.
+/// The pair that suits the modulation of a score best by least squares: the scored pair, moved by what the
+/// picture differs from it, and rounded to what the format can store. With (nearly) one level alone the pair
+/// isn't determined; what isn't stays.
 template <int Bits>
 PvrtcColorPair leastSquaresColors(const PvrtcColorPair& scored, const Score& score) {
-    // What a unit of a colour under a weight of one eighth does to a channel from 0 to 255, the other way around.
+    // What a unit of a colour under a weight of one eighth does to a channel from 0 to 255, the other way
+    // around.
     constexpr float colorUnits = 8 * (Bits == 2 ? 128 : 64) / 33.0F;
     constexpr float alphaUnits = 8 * (Bits == 2 ? 32 : 16) / 17.0F;
     constexpr Float4 units = {colorUnits, colorUnits, colorUnits, alphaUnits};
@@ -75,7 +88,8 @@ PvrtcColorPair leastSquaresColors(const PvrtcColorPair& scored, const Score& sco
     const float determinant = firstSquare * secondSquare - product * product;
     const Float4 firstMove = (firstSide * secondSquare - secondSide * product) / determinant;
     const Int32x4 newFirst = nearestChannels(first + firstMove, firstIndex == 0);
-    const Float4 secondMove = (secondSide - (__builtin_convertvector(newFirst, Float4) - first) * product) / secondSquare;
+    const Float4 secondMove =
+        (secondSide - (__builtin_convertvector(newFirst, Float4) - first) * product) / secondSquare;
     const Int32x4 newSecond = nearestChannels(second + secondMove, secondIndex == 0);
     const Int32x4 turned = Int32x4{} - firstIndex;
     PvrtcColorPair pair;

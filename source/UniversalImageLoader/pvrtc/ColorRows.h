@@ -8,7 +8,8 @@ namespace pvrtc {
 /// The colours of a grid's blocks alone.
 class ColorRows {
 public:
-    explicit ColorRows(const BlockGrid& grid) : m_columns(static_cast<std::size_t>(grid.columns())), m_rows(grid.rows()) {
+    explicit ColorRows(const BlockGrid& grid)
+        : m_columns(static_cast<std::size_t>(grid.columns())), m_rows(grid.rows()) {
         m_colors.reserve(m_columns * static_cast<std::size_t>(m_rows));
         for (int row = 0; row < grid.rows(); ++row)
             for (int column = 0; column < grid.columns(); ++column)

@@ -23,7 +23,8 @@ Rotation rotation(Float4 diagonalP, Float4 diagonalQ, Float4 entry) {
     constexpr float tiny = 1e-30F; // keeps 0 / 0 away
     const Float4 difference = diagonalQ - diagonalP;
     const Float4 size = difference < 0 ? -difference : difference;
-    const Float4 tangentSize = entry * 2 / (size + squareRoots(difference * difference + entry * entry * 4) + tiny);
+    const Float4 tangentSize =
+        entry * 2 / (size + squareRoots(difference * difference + entry * entry * 4) + tiny);
     const Float4 tangent = difference < 0 ? -tangentSize : tangentSize;
     const Float4 cosine = 1 / squareRoots(tangent * tangent + 1);
     return {tangent, cosine, tangent * cosine};
@@ -36,7 +37,9 @@ EigenBasis eigenBasis(SymmetricMatrices matrices) {
     EigenBasis basis{};
     for (int k = 0; k < 4; ++k)
         basis.vectors[k][k] += 1;
-    const auto entry = [&](int a, int b) -> Float4& { return matrices.entries[std::min(a, b)][std::max(a, b)]; };
+    const auto entry = [&](int a, int b) -> Float4& {
+        return matrices.entries[std::min(a, b)][std::max(a, b)];
+    };
     for (int sweep = 0; sweep < sweeps; ++sweep)
         for (int p = 0; p < 3; ++p)
             for (int q = p + 1; q < 4; ++q) {

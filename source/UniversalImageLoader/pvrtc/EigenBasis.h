@@ -9,7 +9,8 @@ struct SymmetricMatrices {
     Float4 entries[4][4]; ///< those with row <= column count
 };
 
-/// Their eigenvectors, unsorted: `vectors[k]` is the k-th one, component by component, of eigenvalue `values[k]`.
+/// Their eigenvectors, unsorted: `vectors[k]` is the k-th one, component by component, of eigenvalue
+/// `values[k]`.
 struct EigenBasis {
     Float4 vectors[4][4];
     Float4 values[4];

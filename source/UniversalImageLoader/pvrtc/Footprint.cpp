@@ -8,15 +8,16 @@ namespace pvrtc {
 
 namespace {
 
-/// Weights of the block columns (left, own, right) by lane of a row and of the block rows (above, own, below) by row.
+/// Weights of the block columns (left, own, right) by lane of a row and of the block rows (above, own, below)
+/// by row.
 template <int Bits>
 struct BlendWeights {
     std::int16_t across[3][Footprint<Bits>::rowLanes];
     std::int16_t down[3][Footprint<Bits>::rows][8]; ///< the same eight times
 };
 
-/// Weight of block `block` (-1, 0, 1) at a place along blocks of a length. A block that wraps around to itself has all the weight, on
-/// its own pixels alone: each of them is seen once.
+/// Weight of block `block` (-1, 0, 1) at a place along blocks of a length. A block that wraps around to
+/// itself has all the weight, on its own pixels alone: each of them is seen once.
 constexpr int blendWeight(int place, int block, int length, bool alone) {
     if (alone)
         return block == 0 && place >= 0 && place < length ? length : 0;
@@ -70,13 +71,15 @@ Int32x8 rowPixels(const std::uint32_t (&line)[17], int half) {
 }
 
 template <int Bits>
-void loadPixels(const PixelWindow<Bits>& window, const BlendWeights<Bits>& weights, Footprint<Bits>& footprint) {
+void loadPixels(const PixelWindow<Bits>& window, const BlendWeights<Bits>& weights,
+                Footprint<Bits>& footprint) {
     using Lanes = Footprint<Bits>;
     for (int row = 0; row < Lanes::rows; ++row)
         for (int half = 0; half < Lanes::rowLanes / 8; ++half) {
             const int at = row * Lanes::rowLanes + half * 8;
             const Int32x8 pixels = rowPixels(window.pixels[row + 1], half);
-            const Int16x8 weight = load<Int16x8>(weights.across[1] + half * 8) * load<Int16x8>(weights.down[1][row]);
+            const Int16x8 weight =
+                load<Int16x8>(weights.across[1] + half * 8) * load<Int16x8>(weights.down[1][row]);
             store(footprint.weight + at, weight);
             for (int channel = 0; channel < 4; ++channel)
                 store(footprint.target[channel] + at, narrowed(pixels >> 8 * channel & 0xFF) & (weight > 0));
@@ -130,7 +133,9 @@ void loadModes(const Neighbourhood& blocks, Footprint<4>& footprint) {
     for (int own = 0; own < modeCount(4); ++own) {
         LaneModes<4>& modes = footprint.modes[own];
         for (int y = 0; y < 3; ++y) {
-            const auto punches = [&](int x) { return mask((y == 1 && x == 1 ? own : blocks.records[y][x]->mode) == PunchThrough); };
+            const auto punches = [&](int x) {
+                return mask((y == 1 && x == 1 ? own : blocks.records[y][x]->mode) == PunchThrough);
+            };
             store(modes.punchThrough[y], byBlock<4>(punches(0), punches(1), punches(2)));
         }
         // With an alpha of half or more, the value without punch-through is never worse.
@@ -164,7 +169,8 @@ void loadModes(const Neighbourhood& blocks, Footprint<2>& footprint) {
     }
 }
 
-/// A stored pixel next to a 2-bit footprint: one that lies in a line with block centres, so that two blocks alone reach it.
+/// A stored pixel next to a 2-bit footprint: one that lies in a line with block centres, so that two blocks
+/// alone reach it.
 struct OutsidePixel {
     const BlockRecord& first;
     const BlockRecord& second;
@@ -175,7 +181,8 @@ struct OutsidePixel {
 
     /// The best one for itself.
     std::int16_t level(std::uint32_t pixel) const {
-        const PixelEnds ends = blendedEnds<2>(weighted(first.colors, firstWeight) + weighted(second.colors, secondWeight));
+        const PixelEnds ends =
+            blendedEnds<2>(weighted(first.colors, firstWeight) + weighted(second.colors, secondWeight));
         const PixelPlace place(ends, bytesTwice(pixel));
         const bool twoLevels = owner.mode == OneBit || (isCentre && owner.mode != Cross);
         return static_cast<std::int16_t>(nearestLevel(place.dot * 16, place.square, twoLevels));
@@ -190,14 +197,16 @@ void loadOutside(const PixelWindow<2>& window, const Neighbourhood& blocks, Foot
     for (const int y : {0, 8})
         for (int x = 2; x < 16; x += 2) {
             const auto& line = blocks.records[y / 4];
-            const OutsidePixel pixel{*line[x / 8], *line[x / 8 + 1], (8 - x % 8) * 4, x % 8 * 4, *line[(x + 4) / 8], x == 8};
+            const OutsidePixel pixel{*line[x / 8], *line[x / 8 + 1],   (8 - x % 8) * 4,
+                                     x % 8 * 4,    *line[(x + 4) / 8], x == 8};
             footprint.outside[y][x / 2] = pixel.level(window.pixels[y][x]);
         }
     // The even rows of the columns at the centres of the blocks to the left and to the right.
     for (const int x : {0, 16})
         for (const int y : {2, 4, 6}) {
             const auto record = [&](int line) -> const BlockRecord& { return *blocks.records[line][x / 8]; };
-            const OutsidePixel pixel{record(y / 4), record(y / 4 + 1), (4 - y % 4) * 8, y % 4 * 8, record((y + 2) / 4), y == 4};
+            const OutsidePixel pixel{record(y / 4), record(y / 4 + 1),   (4 - y % 4) * 8,
+                                     y % 4 * 8,     record((y + 2) / 4), y == 4};
             footprint.outside[y][x / 2] = pixel.level(window.pixels[y][x]);
         }
 }

@@ -4,8 +4,9 @@
 
 namespace pvrtc {
 
-/// How the pixels of a footprint may be modulated with the block itself in one of its modes. The lanes of a row have what their blocks have; of rows there are
-/// three kinds: in the blocks above, in the block's own row, in the blocks below.
+/// How the pixels of a footprint may be modulated with the block itself in one of its modes. The lanes of a
+/// row have what their blocks have; of rows there are three kinds: in the blocks above, in the block's own
+/// row, in the blocks below.
 template <int Bits>
 struct LaneModes;
 
@@ -25,12 +26,12 @@ struct LaneModes<2> {
     bool oneDirection; ///< of the block's own interpolation
 };
 
-/// A block's footprint as it is scored: the pixels that its colours reach, channel by channel, 16 bits a lane. There are seven rows, from
-/// one above the block to two below it.
-/// With 4 bits a row is the seven pixels from one left of the block on, and one empty lane; an eighth row is empty.
-/// With 2 bits a row is the even columns from 4 left of the block on, then the odd columns from 3 left of it on, eight of
-/// each: one of these halves has the stored pixels of an interpolating block, the other one the pixels in between. The first lane is empty.
-/// Empty lanes are all zero: they cost nothing and weigh nothing.
+/// A block's footprint as it is scored: the pixels that its colours reach, channel by channel, 16 bits a
+/// lane. There are seven rows, from one above the block to two below it. With 4 bits a row is the seven
+/// pixels from one left of the block on, and one empty lane; an eighth row is empty. With 2 bits a row is the
+/// even columns from 4 left of the block on, then the odd columns from 3 left of it on, eight of each: one of
+/// these halves has the stored pixels of an interpolating block, the other one the pixels in between. The
+/// first lane is empty. Empty lanes are all zero: they cost nothing and weigh nothing.
 template <int Bits>
 struct Footprint {
     static constexpr int rows = 7;
@@ -44,9 +45,7 @@ struct Footprint {
     void load(const PixelWindow<Bits>& window, const BlockGrid& grid, int column, int row);
 
     /// Place in the window of a lane's pixel.
-    static constexpr int windowX(int lane) {
-        return Bits == 2 ? lane % 8 * 2 + lane % 16 / 8 : lane % 8 + 1;
-    }
+    static constexpr int windowX(int lane) { return Bits == 2 ? lane % 8 * 2 + lane % 16 / 8 : lane % 8 + 1; }
     static constexpr int windowY(int lane) { return lane / rowLanes + 1; }
 
     alignas(32) std::int16_t target[4][lanes];

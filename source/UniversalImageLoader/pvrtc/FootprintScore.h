@@ -4,8 +4,9 @@
 
 namespace pvrtc {
 
-/// What one pair of colours makes of a footprint with the best modulation, and the sums of the normal equations of the pair that would
-/// suit that modulation best. Weights are those of the footprint times the eighths of the blending level.
+/// What one pair of colours makes of a footprint with the best modulation, and the sums of the normal
+/// equations of the pair that would suit that modulation best. Weights are those of the footprint times the
+/// eighths of the blending level.
 struct Score {
     std::int32_t error;      ///< sum of squared differences of all channels
     std::int32_t product;    ///< sum of the products of the low and the high colour's weight
@@ -24,11 +25,11 @@ struct RegionMasks {
 /// What a call of FootprintScorer is to do.
 template <int Bits>
 struct ScoreRequest {
-    std::int16_t colors[2][4]; ///< as PvrtcColorPair has them
-    unsigned modes;            ///< bit set of those to be scored
+    std::int16_t colors[2][4];        ///< as PvrtcColorPair has them
+    unsigned modes;                   ///< bit set of those to be scored
     const RegionMasks<Bits>* regions; ///< all pixels of one take one modulation; null for each pixel its own
-    /// In interpolating 2-bit modes: where the error isn't above this, the stored pixels are chosen once more, then
-    /// also by what they do to the interpolated ones.
+    /// In interpolating 2-bit modes: where the error isn't above this, the stored pixels are chosen once
+    /// more, then also by what they do to the interpolated ones.
     std::int32_t jointLimit;
 };
 

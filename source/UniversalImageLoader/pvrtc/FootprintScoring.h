@@ -1,7 +1,8 @@
 #pragma once
 
-// What FootprintScore.h declares, for vectors of one length. The files that include this are compiled for different
-// processors, so each has its own copy of everything: what the linker would merge might not run everywhere.
+// What FootprintScore.h declares, for vectors of one length. The files that include this are compiled for
+// different processors, so each has its own copy of everything: what the linker would merge might not run
+// everywhere.
 
 #include "FootprintScore.h"
 
@@ -19,8 +20,8 @@ struct Modulation {
     alignas(32) std::int16_t levels[Lanes::lanes];        ///< eighths
     /// With 4 bits: masks of the pixels with alpha 0 by punch-through.
     alignas(32) std::int16_t transparent[Bits == 4 ? Lanes::lanes : 8];
-    /// With 2 bits: levels of stored pixels, a row above the footprint and one below it included. Even rows have the even
-    /// columns from 4 left of the block on, odd rows the odd ones from 5 left of it on.
+    /// With 2 bits: levels of stored pixels, a row above the footprint and one below it included. Even rows
+    /// have the even columns from 4 left of the block on, odd rows the odd ones from 5 left of it on.
     std::int16_t stored[Lanes::outsideRows][Lanes::outsideColumns];
 };
 
@@ -34,7 +35,8 @@ template <int Bits, class Vector>
 }
 
 template <int Bits, class Vector>
-void blendColors(const Footprint<Bits>& footprint, const ScoreRequest<Bits>& request, Modulation<Bits, Vector>& modulation) {
+void blendColors(const Footprint<Bits>& footprint, const ScoreRequest<Bits>& request,
+                 Modulation<Bits, Vector>& modulation) {
     constexpr int step = sizeof(Vector) / sizeof(std::int16_t);
     for (int at = 0; at < Footprint<Bits>::lanes; at += step) {
         const auto weight = load<Vector>(footprint.weight + at);
@@ -74,9 +76,11 @@ void poolRegions(const RegionMasks<Bits>& regions, Modulation<Bits, Vector>& mod
     }
 }
 
-/// The best of the levels 0, 3, 5, 8, or where `threeLevels` of 0, 4, 8: where the picture's place between the two colours, dot / square, passes the
-/// middle of two levels. Ties go to the third, the second, the first, the last one.
-[[gnu::always_inline]] inline Int16x8 bestLevels(const std::int32_t* dots, const std::int32_t* squares, Int16x8 threeLevels) {
+/// The best of the levels 0, 3, 5, 8, or where `threeLevels` of 0, 4, 8: where the picture's place between
+/// the two colours, dot / square, passes the middle of two levels. Ties go to the third, the second, the
+/// first, the last one.
+[[gnu::always_inline]] inline Int16x8 bestLevels(const std::int32_t* dots, const std::int32_t* squares,
+                                                 Int16x8 threeLevels) {
     const Int32x8 place = load<Int32x8>(dots) << 4;
     const Int32x8 square = load<Int32x8>(squares);
     const Int32x8 inward = square & widened(threeLevels);
@@ -85,7 +89,8 @@ void poolRegions(const RegionMasks<Bits>& regions, Modulation<Bits, Vector>& mod
     const Int16x8 belowThird = narrowed((square << 3) > place);
     const Int16x8 aboveThird = narrowed(place > (square << 4) - triple - inward);
     const Int16x8 outerStep = 3 - threeLevels;
-    return 5 + threeLevels - (belowThird & (2 + threeLevels + threeLevels)) - (belowSecond & outerStep) + (aboveThird & outerStep);
+    return 5 + threeLevels - (belowThird & (2 + threeLevels + threeLevels)) - (belowSecond & outerStep) +
+           (aboveThird & outerStep);
 }
 
 /// The better of the levels 0 and 8; a tie goes to 8.
@@ -137,12 +142,14 @@ Score scoreLevels(const Footprint<Bits>& footprint, const Modulation<Bits, Vecto
 /// The masks of eight lanes of a 4-bit footprint; those of the empty row are none.
 [[gnu::always_inline]] inline Int16x8 punchThroughMask(const LaneModes<4>& modes, int at) {
     const int row = at / 8;
-    return row < Footprint<4>::rows ? load<Int16x8>(modes.punchThrough[Footprint<4>::blockRow(row)]) : Int16x8{};
+    return row < Footprint<4>::rows ? load<Int16x8>(modes.punchThrough[Footprint<4>::blockRow(row)])
+                                    : Int16x8{};
 }
 
 /// Takes alpha 0 with the middle colour where that is better than, or as good as, the chosen level.
 template <class Vector>
-void punchThrough(const Footprint<4>& footprint, const LaneModes<4>& modes, Modulation<4, Vector>& modulation) {
+void punchThrough(const Footprint<4>& footprint, const LaneModes<4>& modes,
+                  Modulation<4, Vector>& modulation) {
     for (int at = 0; at < Footprint<4>::lanes; at += 8) {
         const auto level = load<Int16x8>(modulation.levels + at);
         Int16x8 rest[4];
@@ -151,7 +158,8 @@ void punchThrough(const Footprint<4>& footprint, const LaneModes<4>& modes, Modu
             const auto difference = load<Int16x8>(modulation.difference[channel] + at);
             const auto span = load<Int16x8>(modulation.span[channel] + at);
             rest[channel] = difference - ((level * span) >> 3);
-            middleRest[channel] = channel == 3 ? load<Int16x8>(footprint.target[3] + at) : difference - ((span << 2) >> 3);
+            middleRest[channel] =
+                channel == 3 ? load<Int16x8>(footprint.target[3] + at) : difference - ((span << 2) >> 3);
         }
         const Int16x8 better = narrowed(dotProducts(middleRest, middleRest) <= dotProducts(rest, rest));
         const Int16x8 transparent = better & punchThroughMask(modes, at);
@@ -161,7 +169,8 @@ void punchThrough(const Footprint<4>& footprint, const LaneModes<4>& modes, Modu
 }
 
 template <class Vector>
-Score scoreMode(const Footprint<4>& footprint, const ScoreRequest<4>&, int mode, Modulation<4, Vector>& modulation) {
+Score scoreMode(const Footprint<4>& footprint, const ScoreRequest<4>&, int mode,
+                Modulation<4, Vector>& modulation) {
     const LaneModes<4>& modes = footprint.modes[mode];
     for (int at = 0; at < Footprint<4>::lanes; at += 8)
         store(modulation.levels + at,
@@ -177,14 +186,17 @@ struct HalfRow {
     [[gnu::always_inline]] HalfRow(int row, int half)
         : shift((row + 1 + half) % 2), lane(row * 16 + shift * 8), blockRow(Footprint<2>::blockRow(row)) {}
 
-    [[gnu::always_inline]] Int16x8 of(const std::int16_t (&lanes)[3][16]) const { return load<Int16x8>(lanes[blockRow] + shift * 8); }
+    [[gnu::always_inline]] Int16x8 of(const std::int16_t (&lanes)[3][16]) const {
+        return load<Int16x8>(lanes[blockRow] + shift * 8);
+    }
 
     int shift;    ///< column in the arrays that have a row above and one below
     int lane;     ///< the first one
     int blockRow; ///< kind of the row
 };
 
-/// Stored pixels that have the end values alone although their blocks interpolate: their low bits choose the interpolation.
+/// Stored pixels that have the end values alone although their blocks interpolate: their low bits choose the
+/// interpolation.
 [[gnu::always_inline]] inline Int16x8 choosingPixels(int row, bool oneDirection) {
     // The first pixels of the own block and of the ones to the right and below; the centre of the own one.
     if (row == 1 || row == 5)
@@ -201,8 +213,7 @@ void interpolateLevels(const LaneModes<2>& modes, Modulation<2, Vector>& modulat
         const Int16x8 beside = load<Int16x8>(line) + load<Int16x8>(line + 1);
         const Int16x8 stacked = load<Int16x8>(modulation.stored[row] + between.shift) +
                                 load<Int16x8>(modulation.stored[row + 2] + between.shift);
-        const Int16x8 level = (beside * between.of(modes.across) +
-                               stacked * between.of(modes.down) + 2) >> 2;
+        const Int16x8 level = (beside * between.of(modes.across) + stacked * between.of(modes.down) + 2) >> 2;
         const Int16x8 own = betterEnds(modulation.dots + between.lane, modulation.squares + between.lane);
         store(modulation.levels + between.lane, chosen(between.of(modes.oneBit), own, level));
     }
@@ -210,7 +221,8 @@ void interpolateLevels(const LaneModes<2>& modes, Modulation<2, Vector>& modulat
 
 /// Levels of a row's stored pixels; the one left of the row stays.
 template <class Vector>
-[[gnu::always_inline]] inline void setStored(int row, Int16x8 levels, const Footprint<2>& footprint, Modulation<2, Vector>& modulation) {
+[[gnu::always_inline]] inline void setStored(int row, Int16x8 levels, const Footprint<2>& footprint,
+                                             Modulation<2, Vector>& modulation) {
     const HalfRow half(row, 0);
     std::int16_t* line = modulation.stored[row + 1];
     store(line + half.shift, levels);
@@ -220,18 +232,20 @@ template <class Vector>
 
 /// The best level of each stored pixel for itself.
 template <class Vector>
-void chooseStored(const Footprint<2>& footprint, const LaneModes<2>& modes, Modulation<2, Vector>& modulation) {
+void chooseStored(const Footprint<2>& footprint, const LaneModes<2>& modes,
+                  Modulation<2, Vector>& modulation) {
     for (int row = 0; row < Footprint<2>::rows; ++row) {
         const HalfRow half(row, 0);
         const std::int32_t* dots = modulation.dots + half.lane;
         const std::int32_t* squares = modulation.squares + half.lane;
         const Int16x8 twoLevels = half.of(modes.oneBit) | choosingPixels(row, modes.oneDirection);
-        setStored(row, chosen(twoLevels, betterEnds(dots, squares), bestLevels(dots, squares, Int16x8{})), footprint, modulation);
+        setStored(row, chosen(twoLevels, betterEnds(dots, squares), bestLevels(dots, squares, Int16x8{})),
+                  footprint, modulation);
     }
 }
 
-/// How the error of interpolated pixels goes with the level of a stored one beside it, above or below: linear and
-/// quadratic part, in the arrangement of Modulation::stored with what is interpolated in its place.
+/// How the error of interpolated pixels goes with the level of a stored one beside it, above or below: linear
+/// and quadratic part, in the arrangement of Modulation::stored with what is interpolated in its place.
 struct Influence {
     float acrossSlope[Footprint<2>::outsideRows][Footprint<2>::outsideColumns] = {};
     float acrossCurve[Footprint<2>::outsideRows][Footprint<2>::outsideColumns] = {};
@@ -247,11 +261,13 @@ struct Influence {
 }
 
 template <class Vector>
-void measureInfluence(const LaneModes<2>& modes, const Modulation<2, Vector>& modulation, Influence& influence) {
+void measureInfluence(const LaneModes<2>& modes, const Modulation<2, Vector>& modulation,
+                      Influence& influence) {
     for (int row = 0; row < Footprint<2>::rows; ++row) {
         const HalfRow between(row, 1);
         const Float8 square = floats(modulation.squares + between.lane);
-        const Float8 slope = floats(modulation.dots + between.lane) * 4.0F - square * floats(modulation.levels + between.lane) * 0.5F;
+        const Float8 slope = floats(modulation.dots + between.lane) * 4.0F -
+                             square * floats(modulation.levels + between.lane) * 0.5F;
         const Float8 across = floats(modes.across[between.blockRow] + between.shift * 8);
         const Float8 down = floats(modes.down[between.blockRow] + between.shift * 8);
         store(influence.acrossSlope[row + 1] + between.shift, across * slope);
@@ -261,10 +277,11 @@ void measureInfluence(const LaneModes<2>& modes, const Modulation<2, Vector>& mo
     }
 }
 
-/// The best level of each stored pixel for itself and for the pixels interpolated from it, with all other stored
-/// pixels as they were.
+/// The best level of each stored pixel for itself and for the pixels interpolated from it, with all other
+/// stored pixels as they were.
 template <class Vector>
-void chooseJointly(const Footprint<2>& footprint, const LaneModes<2>& modes, Modulation<2, Vector>& modulation) {
+void chooseJointly(const Footprint<2>& footprint, const LaneModes<2>& modes,
+                   Modulation<2, Vector>& modulation) {
     Influence influence;
     measureInfluence(modes, modulation, influence);
     for (int row = 0; row < Footprint<2>::rows; ++row) {
@@ -288,7 +305,8 @@ void chooseJointly(const Footprint<2>& footprint, const LaneModes<2>& modes, Mod
 }
 
 template <class Vector>
-Score scoreMode(const Footprint<2>& footprint, const ScoreRequest<2>& request, int mode, Modulation<2, Vector>& modulation) {
+Score scoreMode(const Footprint<2>& footprint, const ScoreRequest<2>& request, int mode,
+                Modulation<2, Vector>& modulation) {
     const LaneModes<2>& modes = footprint.modes[mode];
     __builtin_memcpy(modulation.stored, footprint.outside, sizeof modulation.stored);
     chooseStored(footprint, modes, modulation);

@@ -6,7 +6,8 @@ namespace pvrtc {
 
 namespace {
 
-constexpr float shortKernels[2][9] = {{-32, 8, 28, 64, 127, 64, 28, 8, -32}, {8, 16, 32, 64, 127, 64, 32, 16, 8}};
+constexpr float shortKernels[2][9] = {{-32, 8, 28, 64, 127, 64, 28, 8, -32},
+                                      {8, 16, 32, 64, 127, 64, 32, 16, 8}};
 constexpr float longKernels[2][17] = {{-24, -6, 7, 9, 12, 23, 29, 48, 80, 48, 29, 23, 12, 9, 7, -6, -24},
                                       {1, 1, 2, 4, 8, 16, 32, 64, 127, 64, 32, 16, 8, 4, 2, 1, 1}};
 
@@ -49,7 +50,8 @@ struct Moments {
 };
 
 Float4 pixelFloats(std::uint32_t pixel) {
-    return Float4{float(pixel & 0xFFU), float(pixel >> 8U & 0xFFU), float(pixel >> 16U & 0xFFU), float(pixel >> 24U)};
+    return Float4{float(pixel & 0xFFU), float(pixel >> 8U & 0xFFU), float(pixel >> 16U & 0xFFU),
+                  float(pixel >> 24U)};
 }
 
 /// The pixels of a window from some origin on, as that keeps sums of squares small.
@@ -100,11 +102,13 @@ public:
     explicit Extents(const ColorBasis& basis) {
         const auto& axes = basis.axes;
         for (int channel = 0; channel < 4; ++channel)
-            m_columns[channel] = Float4{axes[0][channel], axes[1][channel], axes[2][channel], axes[3][channel]};
+            m_columns[channel] =
+                Float4{axes[0][channel], axes[1][channel], axes[2][channel], axes[3][channel]};
     }
 
     Float4 place(Float4 color) const {
-        return (m_columns[0] * color[0] + m_columns[1] * color[1]) + (m_columns[2] * color[2] + m_columns[3] * color[3]);
+        return (m_columns[0] * color[0] + m_columns[1] * color[1]) +
+               (m_columns[2] * color[2] + m_columns[3] * color[3]);
     }
     void add(Float4 pixel) {
         const Float4 here = place(pixel);
@@ -134,7 +138,8 @@ void measureExtents(const RelativePixels<Bits>& pixels, Weighting weighting, Col
 }
 
 template <int Bits>
-void measureChannels(const PixelWindow<Bits>& window, const RelativePixels<Bits>& pixels, FootprintStatistics& statistics) {
+void measureChannels(const PixelWindow<Bits>& window, const RelativePixels<Bits>& pixels,
+                     FootprintStatistics& statistics) {
     Float4 lowest{};
     Float4 highest{};
     for (const Float4& pixel : pixels.values) {

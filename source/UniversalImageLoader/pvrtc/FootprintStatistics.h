@@ -13,7 +13,8 @@ struct FootprintStatistics {
     int transparentPixels; ///< with alpha 0
     Float4 lowest;         ///< of each channel
     Float4 highest;
-    ColorBasis bases[WeightingCount]; ///< eigenvectors of the covariance, with the extents of all pixels or of the block's own
+    ColorBasis bases[WeightingCount]; ///< eigenvectors of the covariance, with the extents of all pixels or
+                                      ///< of the block's own
     int mainAxis[WeightingCount];     ///< that of the largest eigenvalue
 };
 

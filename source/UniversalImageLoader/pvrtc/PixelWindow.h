@@ -6,8 +6,8 @@
 
 namespace pvrtc {
 
-/// The footprint of a block: the pixels around its centre that its colours reach, and those next to them, wrapping
-/// around at the edges of the picture.
+/// The footprint of a block: the pixels around its centre that its colours reach, and those next to them,
+/// wrapping around at the edges of the picture.
 template <int Bits>
 struct PixelWindow {
     static constexpr int blockWidth = pvrtcBlockWidth(Bits);

@@ -17,7 +17,8 @@ struct Modulation {
 };
 
 std::uint32_t readWord(const std::uint8_t* bytes) {
-    return bytes[0] | std::uint32_t{bytes[1]} << 8U | std::uint32_t{bytes[2]} << 16U | std::uint32_t{bytes[3]} << 24U;
+    return bytes[0] | std::uint32_t{bytes[1]} << 8U | std::uint32_t{bytes[2]} << 16U |
+           std::uint32_t{bytes[3]} << 24U;
 }
 
 class Decoder {
@@ -37,7 +38,8 @@ public:
 
 private:
     const Block& block(int column, int row) const {
-        return m_blocks[static_cast<std::size_t>(row & (m_rows - 1)) * m_columns + (column & (m_columns - 1))];
+        return m_blocks[static_cast<std::size_t>(row & (m_rows - 1)) * m_columns +
+                        (column & (m_columns - 1))];
     }
     const Block& blockOfPixel(int x, int y) const { return block(x / m_blockWidth, y / pvrtcBlockHeight); }
 
@@ -70,7 +72,8 @@ int Decoder::storedLevel2(int x, int y) const {
     if (!own.otherMode)
         return (own.modulation >> pixel & 1U) != 0 ? 8 : 0;
 
-    // The low bits of the first pixel and of the one at the centre choose the interpolation; there the high bit stands for both.
+    // The low bits of the first pixel and of the one at the centre choose the interpolation; there the high
+    // bit stands for both.
     constexpr unsigned centre = 20;
     const unsigned position = pixel / 2 * 2;
     const bool lostLowBit = position == 0 || (position == centre && (own.modulation & 1U) != 0);

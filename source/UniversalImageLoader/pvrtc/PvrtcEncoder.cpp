@@ -39,7 +39,8 @@ void setUp(const WorkingImage& image, BlockGrid& grid) {
                 around[place] = &starts[static_cast<std::size_t>(y) * columns + x];
             }
             BlockRecord& record = grid.at(column, row);
-            record.fewRegions = !record.flat && RegionMap<Bits>(PixelWindow<Bits>(image, column, row)).isCoarse();
+            record.fewRegions =
+                !record.flat && RegionMap<Bits>(PixelWindow<Bits>(image, column, row)).isCoarse();
             setUpStandardRepStarts<Bits>(around, uniformColors, record);
         }
     });
@@ -85,8 +86,8 @@ std::vector<std::uint8_t> encode(const std::uint8_t* rgba, int width, int height
 
 std::vector<std::uint8_t> pvrtcEncode(const std::uint8_t* rgba, int width, int height, int bits) {
     constexpr int largest = pvrtc::WorkingImage::pitch;
-    if (width <= 0 || height <= 0 || width > largest || height > largest || width % pvrtcBlockWidth(bits) != 0 ||
-        height % pvrtcBlockHeight != 0)
+    if (width <= 0 || height <= 0 || width > largest || height > largest ||
+        width % pvrtcBlockWidth(bits) != 0 || height % pvrtcBlockHeight != 0)
         return {};
     return bits == 2 ? pvrtc::encode<2>(rgba, width, height) : pvrtc::encode<4>(rgba, width, height);
 }

@@ -12,7 +12,8 @@ std::uint8_t widened(std::uint32_t word, unsigned position, unsigned bits) {
     return static_cast<std::uint8_t>(value << missing | value >> (bits - missing));
 }
 
-/// `half`: 16 bits whose lowest is no part of the colour if it is the low half, which has one bit of blue less.
+/// `half`: 16 bits whose lowest is no part of the colour if it is the low half, which has one bit of blue
+/// less.
 PvrtcColor unpackHalf(std::uint32_t half, bool isLow) {
     const unsigned lost = isLow ? 1 : 0;
     if ((half & opaqueBit) != 0)
@@ -28,7 +29,8 @@ std::uint32_t packHalf(const PvrtcColor& color, bool isLow) {
     const std::uint32_t blue = color[2];
     if (color[3] == fullAlpha)
         return opaqueBit | red << 10U | green << 5U | blue >> lost << lost;
-    return std::uint32_t{color[3]} >> 1U << 12U | red >> 1U << 8U | green >> 1U << 4U | blue >> (1 + lost) << lost;
+    return std::uint32_t{color[3]} >> 1U << 12U | red >> 1U << 8U | green >> 1U << 4U |
+           blue >> (1 + lost) << lost;
 }
 
 /// Every second bit of `value`, from bit 0 on, moved together.

@@ -9,10 +9,13 @@ namespace {
 /// Channels of like colours and those of no edge differ by less than 4.
 constexpr std::uint32_t unlikeBits = 0xFCFCFCFCU;
 
-constexpr std::uint8_t distance(std::uint8_t a, std::uint8_t b) { return static_cast<std::uint8_t>(a > b ? a - b : b - a); }
+constexpr std::uint8_t distance(std::uint8_t a, std::uint8_t b) {
+    return static_cast<std::uint8_t>(a > b ? a - b : b - a);
+}
 
-/// Pixels side by side, in rows or columns of a window, that belong together: their colours are alike, and one of them at least lies on no edge, by its
-/// second difference along the line. `step` is the distance of neighbours and `lineStep` that of lines in pixels.
+/// Pixels side by side, in rows or columns of a window, that belong together: their colours are alike, and
+/// one of them at least lies on no edge, by its second difference along the line. `step` is the distance of
+/// neighbours and `lineStep` that of lines in pixels.
 template <int Bits>
 class Joints {
 public:
@@ -39,7 +42,8 @@ Joints<Bits>::Joints(const PixelWindow<Bits>& window, bool vertical) {
         steps[at] = distance(pixels[at], pixels[at + step]);
     // Half the second difference.
     for (int at = step; at < bytes - step; ++at)
-        bends[at] = distance(pixels[at], static_cast<std::uint8_t>((pixels[at - step] + pixels[at + step] + 1) / 2));
+        bends[at] =
+            distance(pixels[at], static_cast<std::uint8_t>((pixels[at - step] + pixels[at + step] + 1) / 2));
 
     std::uint32_t stepOfPixel[Window::count];
     std::uint32_t bendOfPixel[Window::count + Window::width] = {};
@@ -52,7 +56,8 @@ Joints<Bits>::Joints(const PixelWindow<Bits>& window, bool vertical) {
             bendOfPixel[place] = 0;
     const int pixelStep = step / 4;
     for (int place = 0; place < Window::count; ++place) {
-        const bool smooth = ((bendOfPixel[place] & unlikeBits) == 0) | ((bendOfPixel[place + pixelStep] & unlikeBits) == 0);
+        const bool smooth =
+            ((bendOfPixel[place] & unlikeBits) == 0) | ((bendOfPixel[place + pixelStep] & unlikeBits) == 0);
         m_joined[place] = ((stepOfPixel[place] & unlikeBits) == 0) & smooth;
     }
     // The last of a line have no next one.

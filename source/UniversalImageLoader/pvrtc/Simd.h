@@ -6,7 +6,8 @@
 #include <immintrin.h>
 #endif
 
-// Vectors without AVX are passed in memory; functions here are inlined, so that no two files can disagree on it.
+// Vectors without AVX are passed in memory; functions here are inlined, so that no two files can disagree on
+// it.
 #pragma GCC diagnostic ignored "-Wpsabi"
 
 /// Vectors of the compiler's extension, and the few operations on them that have no operator.
@@ -35,7 +36,8 @@ template <class Vector, class Element>
 /// Products of the elements, sums of two neighbours each.
 [[gnu::always_inline]] static inline Int32x4 multiplyAddPairs(Int16x8 a, Int16x8 b) {
 #if defined(__SSE2__)
-    return reinterpret_cast<Int32x4>(_mm_madd_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+    return reinterpret_cast<Int32x4>(
+        _mm_madd_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 #else
     const auto evenA = __builtin_convertvector(__builtin_shufflevector(a, a, 0, 2, 4, 6), Int32x4);
     const auto oddA = __builtin_convertvector(__builtin_shufflevector(a, a, 1, 3, 5, 7), Int32x4);
@@ -47,15 +49,20 @@ template <class Vector, class Element>
 
 /// Sums over the four channels of the products of each lane.
 [[gnu::always_inline]] static inline Int32x8 dotProducts(const Int16x8 (&a)[4], const Int16x8 (&b)[4]) {
-    const auto low = [](Int16x8 x, Int16x8 y) { return __builtin_shufflevector(x, y, 0, 8, 1, 9, 2, 10, 3, 11); };
-    const auto high = [](Int16x8 x, Int16x8 y) { return __builtin_shufflevector(x, y, 4, 12, 5, 13, 6, 14, 7, 15); };
+    const auto low = [](Int16x8 x, Int16x8 y) {
+        return __builtin_shufflevector(x, y, 0, 8, 1, 9, 2, 10, 3, 11);
+    };
+    const auto high = [](Int16x8 x, Int16x8 y) {
+        return __builtin_shufflevector(x, y, 4, 12, 5, 13, 6, 14, 7, 15);
+    };
     const Int32x4 first = multiplyAddPairs(low(a[0], a[1]), low(b[0], b[1])) +
                           multiplyAddPairs(low(a[2], a[3]), low(b[2], b[3]));
     const Int32x4 second = multiplyAddPairs(high(a[0], a[1]), high(b[0], b[1])) +
                            multiplyAddPairs(high(a[2], a[3]), high(b[2], b[3]));
     return __builtin_shufflevector(first, second, 0, 1, 2, 3, 4, 5, 6, 7);
 }
-[[gnu::always_inline]] static inline void storeDotProducts(std::int32_t* to, const Int16x8 (&a)[4], const Int16x8 (&b)[4]) {
+[[gnu::always_inline]] static inline void storeDotProducts(std::int32_t* to, const Int16x8 (&a)[4],
+                                                           const Int16x8 (&b)[4]) {
     store(to, dotProducts(a, b));
 }
 
@@ -87,17 +94,21 @@ template <class Vector, class Element>
 #if defined(__SSE2__)
     const Int32x4 low = __builtin_shufflevector(vector, vector, 0, 1, 2, 3);
     const Int32x4 high = __builtin_shufflevector(vector, vector, 4, 5, 6, 7);
-    return reinterpret_cast<Int16x8>(_mm_packs_epi32(reinterpret_cast<__m128i>(low), reinterpret_cast<__m128i>(high)));
+    return reinterpret_cast<Int16x8>(
+        _mm_packs_epi32(reinterpret_cast<__m128i>(low), reinterpret_cast<__m128i>(high)));
 #else
     return __builtin_convertvector(vector, Int16x8);
 #endif
 }
 
-[[gnu::always_inline]] static inline Int32x8 widened(Int16x8 vector) { return __builtin_convertvector(vector, Int32x8); }
+[[gnu::always_inline]] static inline Int32x8 widened(Int16x8 vector) {
+    return __builtin_convertvector(vector, Int32x8);
+}
 
 [[gnu::always_inline]] static inline Int32x4 halved(Int32x4 vector) { return vector; }
 [[gnu::always_inline]] static inline Int32x4 halved(Int32x8 vector) {
-    return __builtin_shufflevector(vector, vector, 0, 1, 2, 3) + __builtin_shufflevector(vector, vector, 4, 5, 6, 7);
+    return __builtin_shufflevector(vector, vector, 0, 1, 2, 3) +
+           __builtin_shufflevector(vector, vector, 4, 5, 6, 7);
 }
 
 /// The sum of the elements of each of four vectors.
@@ -115,7 +126,8 @@ template <class Vector>
 /// Twice four elements from 0 to 255.
 [[gnu::always_inline]] static inline void storeBytes(std::uint8_t* to, Int32x4 first, Int32x4 second) {
 #if defined(__SSE2__)
-    const __m128i words = _mm_packs_epi32(reinterpret_cast<__m128i>(first), reinterpret_cast<__m128i>(second));
+    const __m128i words =
+        _mm_packs_epi32(reinterpret_cast<__m128i>(first), reinterpret_cast<__m128i>(second));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm_packus_epi16(words, words));
 #else
     for (int lane = 0; lane < 4; ++lane) {
@@ -150,7 +162,8 @@ template <class Vector>
 template <int Half>
 [[gnu::always_inline]] static inline Float4 halfFloats(Int16x8 vector) {
     const Int16x8 none{};
-    const Int16x8 wide = __builtin_shufflevector(vector, none, Half * 4, 8, Half * 4 + 1, 8, Half * 4 + 2, 8, Half * 4 + 3, 8);
+    const Int16x8 wide =
+        __builtin_shufflevector(vector, none, Half * 4, 8, Half * 4 + 1, 8, Half * 4 + 2, 8, Half * 4 + 3, 8);
     return __builtin_convertvector(reinterpret_cast<Int32x4>(wide), Float4);
 }
 

@@ -14,7 +14,8 @@ std::uint32_t packedBytes(Float4 color) {
 }
 
 Float4 unpackedBytes(std::uint32_t bytes) {
-    return Float4{float(bytes & 0xFFU), float(bytes >> 8U & 0xFFU), float(bytes >> 16U & 0xFFU), float(bytes >> 24U)};
+    return Float4{float(bytes & 0xFFU), float(bytes >> 8U & 0xFFU), float(bytes >> 16U & 0xFFU),
+                  float(bytes >> 24U)};
 }
 
 PvrtcColorPair storedPair(Float4 low, Float4 high) {
@@ -80,7 +81,8 @@ void setUpStandardRepStarts(const StartEnds* const (&around)[9], const UniformCo
         for (const int level : {3, 5})
             addStart(uniformColors.pair(extremes[0], level), modes, record);
     } else {
-        // Low and high lie the same way around in neighbouring blocks: colours between the two blocks blend them.
+        // Low and high lie the same way around in neighbouring blocks: colours between the two blocks blend
+        // them.
         Float4 direction{};
         for (const StartEnds* block : around)
             direction += unpackedBytes(block->ends[OwnPixels][1]) - unpackedBytes(block->ends[OwnPixels][0]);

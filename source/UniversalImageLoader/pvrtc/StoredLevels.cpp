@@ -75,7 +75,8 @@ std::int32_t StoredLevels::Stripe::error(int x, int line, int level) const {
     return squaredDifference(m_ends[line][at], bytesTwice(m_pixels[line][at]), level);
 }
 
-/// Calls `visit` with place, mode and weight (of four in all) of each pixel that a stored one is interpolated into.
+/// Calls `visit` with place, mode and weight (of four in all) of each pixel that a stored one is interpolated
+/// into.
 template <class Visit>
 void StoredLevels::Stripe::forAround(int x, int line, Visit visit) const {
     constexpr int steps[4][2] = {{-1, 0}, {1, 0}, {0, -1}, {0, 1}};
@@ -91,7 +92,9 @@ void StoredLevels::Stripe::forAround(int x, int line, Visit visit) const {
 
 int StoredLevels::Stripe::interpolatedLevel(int x, int line, int mode) const {
     const int y = wrappedY(m_top + line);
-    const auto levels = [&](int dx, int dy) { return int{m_levels.level(wrappedX(x + dx), wrappedY(y + dy))}; };
+    const auto levels = [&](int dx, int dy) {
+        return int{m_levels.level(wrappedX(x + dx), wrappedY(y + dy))};
+    };
     if (mode == Across)
         return (levels(-1, 0) + levels(1, 0) + 1) / 2;
     if (mode == Down)
@@ -108,16 +111,18 @@ std::int32_t StoredLevels::Stripe::jointError(int x, int line) const {
     return sum;
 }
 
-/// The level that suits a stored pixel and those that are interpolated from it best, but for rounding: each one's error is a parabola over its level.
+/// The level that suits a stored pixel and those that are interpolated from it best, but for rounding: each
+/// one's error is a parabola over its level.
 int StoredLevels::Stripe::jointLevel(int x, int line) {
     const PixelPlace& own = m_places[line][static_cast<std::size_t>(x)];
     const int current = level(x, line);
-    std::int32_t place = 128 * own.dot; // eight times,
+    std::int32_t place = 128 * own.dot;    // eight times,
     std::int32_t square = 16 * own.square; // and sixteen times as much as for the pixel alone
     forAround(x, line, [&](int besideX, int besideLine, int mode, int weight) {
         const PixelPlace& beside = m_places[besideLine][static_cast<std::size_t>(besideX)];
         const int between = interpolatedLevel(besideX, besideLine, mode);
-        place += weight * (32 * beside.dot - 4 * between * beside.square) + weight * weight * current * beside.square;
+        place += weight * (32 * beside.dot - 4 * between * beside.square) +
+                 weight * weight * current * beside.square;
         square += weight * weight * beside.square;
     });
     return nearestLevel(place * 2, square, hasTwoLevels(x, line));
@@ -127,7 +132,8 @@ void StoredLevels::Stripe::chooseSeparately() {
     for (int line = 1; line <= pvrtcBlockHeight; ++line)
         for (int x = 0; x < m_width; ++x) {
             const PixelPlace& place = m_places[line][static_cast<std::size_t>(x)];
-            level(x, line) = static_cast<std::uint8_t>(nearestLevel(place.dot * 16, place.square, hasTwoLevels(x, line)));
+            level(x, line) =
+                static_cast<std::uint8_t>(nearestLevel(place.dot * 16, place.square, hasTwoLevels(x, line)));
         }
 }
 

@@ -26,7 +26,9 @@ UniformColors::Ends UniformColors::bestEnds(int value, int level, Fields fields)
     constexpr int lowBits[] = {5, 4, 4, 3, 3};
     constexpr int highBits[] = {5, 5, 4, 4, 3};
     const bool isAlpha = fields == Alpha;
-    const auto end = [&](int field, int bits) { return isAlpha ? static_cast<std::uint8_t>(field * 2) : widened(field, bits); };
+    const auto end = [&](int field, int bits) {
+        return isAlpha ? static_cast<std::uint8_t>(field * 2) : widened(field, bits);
+    };
     Ends best{};
     int bestCost = 1 << 30;
     for (int lowField = 0; lowField < 1 << lowBits[fields]; ++lowField)
@@ -47,7 +49,8 @@ UniformColors::UniformColors() {
     for (int which = 0; which < 2; ++which)
         for (int fields = 0; fields < FieldsCount; ++fields)
             for (int value = 0; value < 256; ++value)
-                m_ends[which][fields][value] = bestEnds(value, which == 0 ? 3 : 5, static_cast<Fields>(fields));
+                m_ends[which][fields][value] =
+                    bestEnds(value, which == 0 ? 3 : 5, static_cast<Fields>(fields));
 }
 
 PvrtcColorPair UniformColors::pair(std::uint32_t color, int level) const {
@@ -57,7 +60,8 @@ PvrtcColorPair UniformColors::pair(std::uint32_t color, int level) const {
     const auto& ends = m_ends[level == 3 ? 0 : 1];
     PvrtcColorPair pair;
     for (std::size_t channel = 0; channel < 3; ++channel) {
-        const Fields fields = channel < 2 ? (opaque ? FiveAndFive : FourAndFour) : (opaque ? FourAndFive : ThreeAndFour);
+        const Fields fields =
+            channel < 2 ? (opaque ? FiveAndFive : FourAndFour) : (opaque ? FourAndFive : ThreeAndFour);
         const Ends& found = ends[fields][color >> 8 * channel & 0xFFU];
         pair[0][channel] = found.low;
         pair[1][channel] = found.high;

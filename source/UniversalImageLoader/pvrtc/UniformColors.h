@@ -4,14 +4,14 @@
 
 namespace pvrtc {
 
-/// Pairs of colours for areas of one colour, by way of a level between them: they come nearer to most colours than any colour that the format
-/// stores.
+/// Pairs of colours for areas of one colour, by way of a level between them: they come nearer to most colours
+/// than any colour that the format stores.
 class UniformColors {
 public:
     UniformColors();
 
-    /// The pair for red, green, blue, alpha whose blend at `level` eighths (3 or 5) is nearest, of those that are
-    /// both opaque or both not.
+    /// The pair for red, green, blue, alpha whose blend at `level` eighths (3 or 5) is nearest, of those that
+    /// are both opaque or both not.
     PvrtcColorPair pair(std::uint32_t color, int level) const;
 
 private:

@@ -18,7 +18,7 @@ int readPicture(const unsigned char* data, std::size_t size, Reader read) {
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             sum += image.pixel(x, y);
-    static volatile uint sink;
+    [[maybe_unused]] static volatile uint sink;
     sink = sum;
     return 0;
 }

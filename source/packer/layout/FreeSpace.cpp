@@ -82,8 +82,8 @@ void FreeSpace::findNear(const PackRect& used) {
     const int bottom = used.bottom();
     // Without a branch, so that the compiler looks at several at a time.
     for (size_t i = 0; i < count; ++i) {
-        m_isNear[i] = static_cast<unsigned char>((m_left[i] <= right) & (m_right[i] >= left) &
-                                                 (m_top[i] <= bottom) & (m_bottom[i] >= top));
+        m_isNear[i] = static_cast<unsigned char>(int{m_left[i] <= right} & int{m_right[i] >= left} &
+                                                 int{m_top[i] <= bottom} & int{m_bottom[i] >= top});
     }
 }
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int side = 1024;
+constexpr int sheetSide = 1024;
 
 class Painting {
 public:
@@ -162,20 +162,20 @@ QImage sheetOfFolder(const QString& folder, int skip) {
     while (iterator.hasNext())
         files.append(iterator.next());
     files.sort();
-    QImage sheet(side, side, QImage::Format_RGBA8888);
+    QImage sheet(sheetSide, sheetSide, QImage::Format_RGBA8888);
     sheet.fill(Qt::transparent);
     int x = 0;
     int y = 0;
     int rowHeight = 0;
-    for (int number = 0; y < side && !files.isEmpty(); number = (number + skip + 1) % files.size()) {
+    for (int number = 0; y < sheetSide && !files.isEmpty(); number = (number + skip + 1) % files.size()) {
         const QImage image = QImage(files[number]).convertToFormat(QImage::Format_RGBA8888);
-        if (x + image.width() > side) {
+        if (x + image.width() > sheetSide) {
             x = 0;
             y += rowHeight + 2;
             rowHeight = 0;
         }
-        for (int line = 0; line < image.height() && y + line < side; ++line)
-            std::copy_n(image.constScanLine(line), std::min(image.width(), side - x) * 4,
+        for (int line = 0; line < image.height() && y + line < sheetSide; ++line)
+            std::copy_n(image.constScanLine(line), std::min(image.width(), sheetSide - x) * 4,
                         sheet.scanLine(y + line) + x * 4);
         x += image.width() + 2;
         rowHeight = std::max(rowHeight, image.height());
@@ -184,7 +184,7 @@ QImage sheetOfFolder(const QString& folder, int skip) {
 }
 
 QImage paintedSheet(unsigned seed) {
-    QImage sheet(side, side, QImage::Format_RGBA8888);
+    QImage sheet(sheetSide, sheetSide, QImage::Format_RGBA8888);
     sheet.fill(Qt::black);
     Painting painting(seed);
     QPainter painter(&sheet);

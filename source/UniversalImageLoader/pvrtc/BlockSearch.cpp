@@ -17,16 +17,18 @@ constexpr float linePlaces[][2] = {{-0.25F, 1.25F},  {-0.5F, 1.0F},  {0.0F, 1.5F
                                    {0.875F, 1.0F},   {0.0F, 0.625F}, {0.375F, 1.0F}, {1.0F, 0.0F},
                                    {0.375F, 0.625F}, {0.75F, 0.25F}};
 
-/// Candidates with a larger error than the best one times this, in eighths, aren't refined.
-int behindOwnMode = 16, behindOtherMode = 12;
-
 bool isEqual(const PvrtcColorPair& a, const PvrtcColorPair& b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
 }
 
-/// `error` times some eighths.
-std::int32_t times(std::int32_t error, int eighths) {
-    return static_cast<std::int32_t>(std::int64_t{error} * eighths / 8);
+/// How far candidates may lie behind the best one, in eighths of its error.
+constexpr int toBeRefined = 16; ///< in the block's own mode
+constexpr int toBeRefinedInOtherMode = 9;
+constexpr int toTryMode = 10;      ///< the best that was kept of another mode
+constexpr int toChooseJointly = 9; ///< which seldom gains more
+
+bool isBehind(std::int32_t error, std::int32_t best, int eighths) {
+    return std::int64_t{error} * 8 > std::int64_t{best} * eighths;
 }
 
 /// The line through a pair of colours.
@@ -221,16 +223,17 @@ typename BlockSearch<Bits>::Candidate BlockSearch<Bits>::refined(const Start& st
     return best;
 }
 
-/// Whether a mode other than the block's own can't win with this error.
+/// Whether a mode other than the block's own won't win with this error.
 template <int Bits>
 bool BlockSearch<Bits>::isFarBehind(std::int32_t error, int mode) const {
-    return mode != m_ownMode && !m_pass->first && error > times(m_bestError, behindOtherMode);
+    return mode != m_ownMode && !m_pass->first && isBehind(error, m_bestError, toTryMode);
 }
 
-/// Whether a candidate isn't worth refining: what is found of its mode is much better, or another mode is.
+/// Whether a candidate isn't worth refining. Nothing gets better than a pair without any error.
 template <int Bits>
 bool BlockSearch<Bits>::isHopeless(std::int32_t error, int mode) const {
-    return m_bestError == 0 || error > times(m_bestOfMode[mode], behindOwnMode) || isFarBehind(error, mode);
+    return m_bestError == 0 || (mode == m_ownMode ? isBehind(error, m_bestOfMode[mode], toBeRefined)
+                                                  : isBehind(error, m_bestError, toBeRefinedInOtherMode));
 }
 
 /// The entry of a pair, a new one if there is none yet.
@@ -251,15 +254,11 @@ typename BlockSearch<Bits>::Tried& BlockSearch<Bits>::tried(const PvrtcColorPair
 /// Scores a pair in modes that it hasn't been scored in.
 template <int Bits>
 void BlockSearch<Bits>::score(Tried& tried, unsigned modes) {
-    // Choosing jointly seldom gains more than this.
-    constexpr int jointGain = 10;
     ScoreRequest<Bits> request{};
     store(request.colors[0], loadBytes(tried.colors[0].data()));
     request.modes = modes;
     request.regions = m_usesRegions ? &m_regions : nullptr;
-    request.jointLimit = !m_pass->chooseJointly      ? -1
-                         : m_bestError == worstError ? worstError
-                                                     : times(m_bestError, jointGain);
+    request.jointLimit = m_pass->chooseJointly ? std::int64_t{m_bestError} * toChooseJointly / 8 : -1;
     m_scorer(m_footprint, request, tried.scores);
     tried.modes |= modes;
     for (int mode = 0; mode < modeCount(Bits); ++mode)

@@ -61,14 +61,28 @@ struct Neighbourhood {
     const BlockRecord* records[3][3];
 };
 
-/// The pixels of a row of lanes, eight at a time.
-Int32x8 rowPixels(const std::uint32_t (&line)[9], int) { return load<Int32x8>(line + 1); }
-Int32x8 rowPixels(const std::uint32_t (&line)[17], int half) {
-    const auto left = load<Int32x8>(line);
-    const auto right = load<Int32x8>(line + 8);
-    return half == 0 ? __builtin_shufflevector(left, right, 0, 2, 4, 6, 8, 10, 12, 14)
-                     : __builtin_shufflevector(left, right, 1, 3, 5, 7, 9, 11, 13, 15);
-}
+/// Eight lanes of pixels.
+struct LanePixels {
+    /// `half` of the lanes of a row.
+    LanePixels(const std::uint32_t (&line)[9], int)
+        : first(load<Int32x4>(line + 1)), second(load<Int32x4>(line + 5)) {}
+    LanePixels(const std::uint32_t (&line)[17], int half) {
+        const auto everySecond = [&](int from) {
+            const auto a = load<Int32x4>(line + from);
+            const auto b = load<Int32x4>(line + from + 4);
+            return half == 0 ? __builtin_shufflevector(a, b, 0, 2, 4, 6)
+                             : __builtin_shufflevector(a, b, 1, 3, 5, 7);
+        };
+        first = everySecond(0);
+        second = everySecond(8);
+    }
+    Int16x8 channel(int number) const {
+        return narrowed(first >> 8 * number & 0xFF, second >> 8 * number & 0xFF);
+    }
+
+    Int32x4 first;
+    Int32x4 second;
+};
 
 template <int Bits>
 void loadPixels(const PixelWindow<Bits>& window, const BlendWeights<Bits>& weights,
@@ -77,12 +91,12 @@ void loadPixels(const PixelWindow<Bits>& window, const BlendWeights<Bits>& weigh
     for (int row = 0; row < Lanes::rows; ++row)
         for (int half = 0; half < Lanes::rowLanes / 8; ++half) {
             const int at = row * Lanes::rowLanes + half * 8;
-            const Int32x8 pixels = rowPixels(window.pixels[row + 1], half);
+            const LanePixels pixels(window.pixels[row + 1], half);
             const Int16x8 weight =
                 load<Int16x8>(weights.across[1] + half * 8) * load<Int16x8>(weights.down[1][row]);
             store(footprint.weight + at, weight);
             for (int channel = 0; channel < 4; ++channel)
-                store(footprint.target[channel] + at, narrowed(pixels >> 8 * channel & 0xFF) & (weight > 0));
+                store(footprint.target[channel] + at, pixels.channel(channel) & (weight > 0));
         }
 }
 
@@ -150,22 +164,29 @@ void loadModes(const Neighbourhood& blocks, Footprint<4>& footprint) {
 }
 
 void loadModes(const Neighbourhood& blocks, Footprint<2>& footprint) {
-    constexpr std::int16_t acrossOfMode[] = {0, 1, 2, 0};
-    constexpr std::int16_t downOfMode[] = {0, 1, 0, 2};
+    constexpr std::int16_t oneBit[] = {-1, 0, 0, 0};
+    constexpr std::int16_t across[] = {0, 1, 2, 0};
+    constexpr std::int16_t down[] = {0, 1, 0, 2};
+    const auto fill = [](std::int16_t* lanes, const std::int16_t(&ofMode)[4], int left, int own, int right) {
+        const Int16x8 half = byBlock<2>(ofMode[left], ofMode[own], ofMode[right]);
+        store(lanes, half);
+        store(lanes + 8, half);
+    };
+    const auto fillLine = [&](LaneModes<2>& modes, int y, int own) {
+        const int left = blocks.records[y][0]->mode;
+        const int right = blocks.records[y][2]->mode;
+        fill(modes.oneBit[y], oneBit, left, own, right);
+        fill(modes.across[y], across, left, own, right);
+        fill(modes.down[y], down, left, own, right);
+    };
+    fillLine(footprint.modes[0], 0, blocks.records[0][1]->mode);
+    fillLine(footprint.modes[0], 2, blocks.records[2][1]->mode);
     for (int own = 0; own < modeCount(2); ++own) {
         LaneModes<2>& modes = footprint.modes[own];
+        if (own != 0)
+            modes = footprint.modes[0];
+        fillLine(modes, 1, own);
         modes.oneDirection = own == Across || own == Down;
-        for (int y = 0; y < 3; ++y) {
-            const auto mode = [&](int x) { return y == 1 && x == 1 ? own : int{blocks.records[y][x]->mode}; };
-            const auto fill = [&](std::int16_t* lanes, auto value) {
-                const Int16x8 half = byBlock<2>(value(mode(0)), value(mode(1)), value(mode(2)));
-                store(lanes, half);
-                store(lanes + 8, half);
-            };
-            fill(modes.oneBit[y], [](int of) { return mask(of == OneBit); });
-            fill(modes.across[y], [&](int of) { return acrossOfMode[of]; });
-            fill(modes.down[y], [&](int of) { return downOfMode[of]; });
-        }
     }
 }
 

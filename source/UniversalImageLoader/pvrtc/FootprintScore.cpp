@@ -11,7 +11,7 @@ extern template FootprintScorer<4> avx2FootprintScorer<4>();
 
 template <int Bits>
 FootprintScorer<Bits> plainFootprintScorer() {
-    return scoreFootprint<Bits, Int16x8>;
+    return scoreFootprint<Bits>;
 }
 
 template <int Bits>

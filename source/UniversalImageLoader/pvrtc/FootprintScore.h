@@ -30,7 +30,7 @@ struct ScoreRequest {
     const RegionMasks<Bits>* regions; ///< all pixels of one take one modulation; null for each pixel its own
     /// In interpolating 2-bit modes: where the error isn't above this, the stored pixels are chosen once
     /// more, then also by what they do to the interpolated ones.
-    std::int32_t jointLimit;
+    std::int64_t jointLimit;
 };
 
 /// Scores a footprint; results go to the places of their modes. The numbers are the same on every processor.

@@ -6,7 +6,7 @@ namespace pvrtc {
 
 template <int Bits>
 FootprintScorer<Bits> avx2FootprintScorer() {
-    return scoreFootprint<Bits, Int16x16>;
+    return scoreFootprint<Bits>;
 }
 
 template FootprintScorer<2> avx2FootprintScorer<2>();

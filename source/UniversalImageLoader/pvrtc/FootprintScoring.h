@@ -5,12 +5,13 @@
 // everywhere.
 
 #include "FootprintScore.h"
+#include "ScoreVectors.h"
 
 namespace pvrtc {
 namespace {
 
 /// What is worked out on the way to a score, by lane.
-template <int Bits, class Vector>
+template <int Bits>
 struct Modulation {
     using Lanes = Footprint<Bits>;
     alignas(32) std::int16_t difference[4][Lanes::lanes]; ///< of the picture from the blended low colour
@@ -25,8 +26,8 @@ struct Modulation {
     std::int16_t stored[Lanes::outsideRows][Lanes::outsideColumns];
 };
 
-template <int Bits, class Vector>
-[[gnu::always_inline]] inline Vector blended(Vector sum, int channel) {
+template <int Bits>
+[[gnu::always_inline]] inline Int16s blended(Int16s sum, int channel) {
     const bool isAlpha = channel == 3;
     if constexpr (Bits == 2)
         return isAlpha ? (sum >> 1) + (sum >> 5) : (sum >> 2) + (sum >> 7);
@@ -34,22 +35,22 @@ template <int Bits, class Vector>
         return isAlpha ? sum + (sum >> 4) : (sum >> 1) + (sum >> 6);
 }
 
-template <int Bits, class Vector>
+template <int Bits>
 void blendColors(const Footprint<Bits>& footprint, const ScoreRequest<Bits>& request,
-                 Modulation<Bits, Vector>& modulation) {
-    constexpr int step = sizeof(Vector) / sizeof(std::int16_t);
+                 Modulation<Bits>& modulation) {
+    constexpr int step = sizeof(Int16s) / sizeof(std::int16_t);
     for (int at = 0; at < Footprint<Bits>::lanes; at += step) {
-        const auto weight = load<Vector>(footprint.weight + at);
-        Vector difference[4];
-        Vector span[4];
+        const auto weight = load<Int16s>(footprint.weight + at);
+        Int16s difference[4];
+        Int16s span[4];
         for (int channel = 0; channel < 4; ++channel) {
             const auto end = [&](int which) {
-                const Vector own = weight * request.colors[which][channel];
-                return blended<Bits>(load<Vector>(footprint.base[which][channel] + at) + own, channel);
+                const Int16s own = weight * request.colors[which][channel];
+                return blended<Bits>(load<Int16s>(footprint.base[which][channel] + at) + own, channel);
             };
-            const Vector low = end(0);
-            const Vector high = end(1);
-            difference[channel] = load<Vector>(footprint.target[channel] + at) - low;
+            const Int16s low = end(0);
+            const Int16s high = end(1);
+            difference[channel] = load<Int16s>(footprint.target[channel] + at) - low;
             span[channel] = high - low;
             store(modulation.difference[channel] + at, difference[channel]);
             store(modulation.span[channel] + at, span[channel]);
@@ -60,18 +61,19 @@ void blendColors(const Footprint<Bits>& footprint, const ScoreRequest<Bits>& req
 }
 
 /// Gives all pixels of a region the sums over it.
-template <int Bits, class Vector>
-void poolRegions(const RegionMasks<Bits>& regions, Modulation<Bits, Vector>& modulation) {
+template <int Bits>
+void poolRegions(const RegionMasks<Bits>& regions, Modulation<Bits>& modulation) {
     for (int region = 0; region < regions.count; ++region) {
         const std::int32_t* mask = regions.masks[region];
         for (std::int32_t* values : {modulation.dots, modulation.squares}) {
             Int32x8 partial{};
             for (int at = 0; at < Footprint<Bits>::lanes; at += 8)
-                partial += load<Int32x8>(values + at) & load<Int32x8>(mask + at);
-            const Int32x4 folded = halved(partial);
-            const Int32x8 sum = Int32x8{} + ((folded[0] + folded[1]) + (folded[2] + folded[3]));
+                partial = partial + (load<Int32x8>(values + at) & load<Int32x8>(mask + at));
+            const Int32x4 four = firstHalf(partial) + secondHalf(partial);
+            const Int32x4 sum = Int32x4{} + ((four[0] + four[1]) + (four[2] + four[3]));
             for (int at = 0; at < Footprint<Bits>::lanes; at += 8)
-                store(values + at, chosen(load<Int32x8>(mask + at), sum, load<Int32x8>(values + at)));
+                store(values + at,
+                      chosen(load<Int32x8>(mask + at), joined(sum, sum), load<Int32x8>(values + at)));
         }
     }
 }
@@ -99,31 +101,30 @@ void poolRegions(const RegionMasks<Bits>& regions, Modulation<Bits, Vector>& mod
 }
 
 /// Adds up the score of the chosen levels.
-template <int Bits, class Vector, bool Punches>
-Score scoreLevels(const Footprint<Bits>& footprint, const Modulation<Bits, Vector>& modulation) {
-    constexpr int step = sizeof(Vector) / sizeof(std::int16_t);
-    using Sums = decltype(multiplyAddPairs(Vector{}, Vector{}));
-    Sums error{};
-    Sums low[4] = {};
-    Sums high[4] = {};
-    Sums lowLow{};
-    Sums lowHigh{};
-    Sums highHigh{};
+template <int Bits, bool Punches>
+Score scoreLevels(const Footprint<Bits>& footprint, const Modulation<Bits>& modulation) {
+    constexpr int step = sizeof(Int16s) / sizeof(std::int16_t);
+    Int32s error{};
+    Int32s low[4] = {};
+    Int32s high[4] = {};
+    Int32s lowLow{};
+    Int32s lowHigh{};
+    Int32s highHigh{};
     for (int at = 0; at < Footprint<Bits>::lanes; at += step) {
-        const auto level = load<Vector>(modulation.levels + at);
-        const auto weight = load<Vector>(footprint.weight + at);
-        const Vector highWeight = weight * level;
-        const Vector lowWeight = (weight << 3) - highWeight;
+        const auto level = load<Int16s>(modulation.levels + at);
+        const auto weight = load<Int16s>(footprint.weight + at);
+        const Int16s highWeight = weight * level;
+        const Int16s lowWeight = (weight << 3) - highWeight;
         lowLow += multiplyAddPairs(lowWeight, lowWeight);
         lowHigh += multiplyAddPairs(lowWeight, highWeight);
         highHigh += multiplyAddPairs(highWeight, highWeight);
         for (int channel = 0; channel < 4; ++channel) {
-            const auto span = load<Vector>(modulation.span[channel] + at);
-            Vector rest = load<Vector>(modulation.difference[channel] + at) - ((level * span) >> 3);
+            const auto span = load<Int16s>(modulation.span[channel] + at);
+            Int16s rest = load<Int16s>(modulation.difference[channel] + at) - ((level * span) >> 3);
             if (Punches && channel == 3) {
                 // Alpha is 0 there whatever the colours are: it costs, but pulls at neither.
-                const auto transparent = load<Vector>(modulation.transparent + at);
-                const Vector lost = load<Vector>(footprint.target[3] + at) & transparent;
+                const auto transparent = load<Int16s>(modulation.transparent + at);
+                const Int16s lost = load<Int16s>(footprint.target[3] + at) & transparent;
                 error += multiplyAddPairs(lost, lost);
                 rest &= ~transparent;
             }
@@ -133,9 +134,9 @@ Score scoreLevels(const Footprint<Bits>& footprint, const Modulation<Bits, Vecto
         }
     }
     Score score;
-    store(&score.error, sums({error, lowHigh, lowLow, highHigh}));
-    score.sides[0] = sums(low);
-    score.sides[1] = sums(high);
+    store(&score.error, sums(folded(error), folded(lowHigh), folded(lowLow), folded(highHigh)));
+    score.sides[0] = sums(folded(low[0]), folded(low[1]), folded(low[2]), folded(low[3]));
+    score.sides[1] = sums(folded(high[0]), folded(high[1]), folded(high[2]), folded(high[3]));
     return score;
 }
 
@@ -147,9 +148,7 @@ Score scoreLevels(const Footprint<Bits>& footprint, const Modulation<Bits, Vecto
 }
 
 /// Takes alpha 0 with the middle colour where that is better than, or as good as, the chosen level.
-template <class Vector>
-void punchThrough(const Footprint<4>& footprint, const LaneModes<4>& modes,
-                  Modulation<4, Vector>& modulation) {
+void punchThrough(const Footprint<4>& footprint, const LaneModes<4>& modes, Modulation<4>& modulation) {
     for (int at = 0; at < Footprint<4>::lanes; at += 8) {
         const auto level = load<Int16x8>(modulation.levels + at);
         Int16x8 rest[4];
@@ -168,17 +167,15 @@ void punchThrough(const Footprint<4>& footprint, const LaneModes<4>& modes,
     }
 }
 
-template <class Vector>
-Score scoreMode(const Footprint<4>& footprint, const ScoreRequest<4>&, int mode,
-                Modulation<4, Vector>& modulation) {
+Score scoreMode(const Footprint<4>& footprint, const ScoreRequest<4>&, int mode, Modulation<4>& modulation) {
     const LaneModes<4>& modes = footprint.modes[mode];
     for (int at = 0; at < Footprint<4>::lanes; at += 8)
         store(modulation.levels + at,
               bestLevels(modulation.dots + at, modulation.squares + at, punchThroughMask(modes, at)));
     if (!modes.punches)
-        return scoreLevels<4, Vector, false>(footprint, modulation);
+        return scoreLevels<4, false>(footprint, modulation);
     punchThrough(footprint, modes, modulation);
-    return scoreLevels<4, Vector, true>(footprint, modulation);
+    return scoreLevels<4, true>(footprint, modulation);
 }
 
 /// Where a 2-bit footprint has the stored (`half` 0) or the interpolated pixels (1) of a row.
@@ -205,8 +202,7 @@ struct HalfRow {
 }
 
 /// The levels of the interpolated pixels, from those of the stored ones.
-template <class Vector>
-void interpolateLevels(const LaneModes<2>& modes, Modulation<2, Vector>& modulation) {
+void interpolateLevels(const LaneModes<2>& modes, Modulation<2>& modulation) {
     for (int row = 0; row < Footprint<2>::rows; ++row) {
         const HalfRow between(row, 1);
         const std::int16_t* line = modulation.stored[row + 1];
@@ -220,9 +216,8 @@ void interpolateLevels(const LaneModes<2>& modes, Modulation<2, Vector>& modulat
 }
 
 /// Levels of a row's stored pixels; the one left of the row stays.
-template <class Vector>
 [[gnu::always_inline]] inline void setStored(int row, Int16x8 levels, const Footprint<2>& footprint,
-                                             Modulation<2, Vector>& modulation) {
+                                             Modulation<2>& modulation) {
     const HalfRow half(row, 0);
     std::int16_t* line = modulation.stored[row + 1];
     store(line + half.shift, levels);
@@ -231,9 +226,7 @@ template <class Vector>
 }
 
 /// The best level of each stored pixel for itself.
-template <class Vector>
-void chooseStored(const Footprint<2>& footprint, const LaneModes<2>& modes,
-                  Modulation<2, Vector>& modulation) {
+void chooseStored(const Footprint<2>& footprint, const LaneModes<2>& modes, Modulation<2>& modulation) {
     for (int row = 0; row < Footprint<2>::rows; ++row) {
         const HalfRow half(row, 0);
         const std::int32_t* dots = modulation.dots + half.lane;
@@ -254,15 +247,13 @@ struct Influence {
 };
 
 [[gnu::always_inline]] inline Float8 floats(const std::int32_t* from) {
-    return __builtin_convertvector(load<Int32x8>(from), Float8);
+    return toFloats(load<Int32x8>(from));
 }
 [[gnu::always_inline]] inline Float8 floats(const std::int16_t* from) {
-    return __builtin_convertvector(widened(load<Int16x8>(from)), Float8);
+    return toFloats(widened(load<Int16x8>(from)));
 }
 
-template <class Vector>
-void measureInfluence(const LaneModes<2>& modes, const Modulation<2, Vector>& modulation,
-                      Influence& influence) {
+void measureInfluence(const LaneModes<2>& modes, const Modulation<2>& modulation, Influence& influence) {
     for (int row = 0; row < Footprint<2>::rows; ++row) {
         const HalfRow between(row, 1);
         const Float8 square = floats(modulation.squares + between.lane);
@@ -279,9 +270,7 @@ void measureInfluence(const LaneModes<2>& modes, const Modulation<2, Vector>& mo
 
 /// The best level of each stored pixel for itself and for the pixels interpolated from it, with all other
 /// stored pixels as they were.
-template <class Vector>
-void chooseJointly(const Footprint<2>& footprint, const LaneModes<2>& modes,
-                   Modulation<2, Vector>& modulation) {
+void chooseJointly(const Footprint<2>& footprint, const LaneModes<2>& modes, Modulation<2>& modulation) {
     Influence influence;
     measureInfluence(modes, modulation, influence);
     for (int row = 0; row < Footprint<2>::rows; ++row) {
@@ -304,25 +293,24 @@ void chooseJointly(const Footprint<2>& footprint, const LaneModes<2>& modes,
     }
 }
 
-template <class Vector>
 Score scoreMode(const Footprint<2>& footprint, const ScoreRequest<2>& request, int mode,
-                Modulation<2, Vector>& modulation) {
+                Modulation<2>& modulation) {
     const LaneModes<2>& modes = footprint.modes[mode];
     __builtin_memcpy(modulation.stored, footprint.outside, sizeof modulation.stored);
     chooseStored(footprint, modes, modulation);
     interpolateLevels(modes, modulation);
-    const Score score = scoreLevels<2, Vector, false>(footprint, modulation);
+    const Score score = scoreLevels<2, false>(footprint, modulation);
     if (score.error > request.jointLimit)
         return score;
     chooseJointly(footprint, modes, modulation);
     interpolateLevels(modes, modulation);
-    const Score joint = scoreLevels<2, Vector, false>(footprint, modulation);
+    const Score joint = scoreLevels<2, false>(footprint, modulation);
     return joint.error < score.error ? joint : score;
 }
 
-template <int Bits, class Vector>
+template <int Bits>
 void scoreFootprint(const Footprint<Bits>& footprint, const ScoreRequest<Bits>& request, Score* scores) {
-    Modulation<Bits, Vector> modulation;
+    Modulation<Bits> modulation;
     blendColors(footprint, request, modulation);
     if (request.regions != nullptr)
         poolRegions(*request.regions, modulation);

@@ -1,17 +1,20 @@
 #include "PvrtcDecoder.h"
 
-#include "PvrtcFormat.h"
+#include "BlendedRow.h"
+#include "SideBySide.h"
+
+namespace pvrtc {
 
 namespace {
 
-struct Block {
-    std::uint32_t modulation;
-    bool otherMode; ///< punch-through with 4 bits, two stored bits for every second pixel with 2 bits
-    PvrtcColorPair colors;
+/// The modulation of a block. The other mode is punch-through with 4 bits, and two stored bits for every
+/// second pixel with 2 bits.
+struct BlockModulation {
+    std::uint32_t bits;
+    bool otherMode;
 };
 
-/// The level of a pixel, and whether it is punched through.
-struct Modulation {
+struct PixelModulation {
     int eighths;
     bool transparent;
 };
@@ -21,112 +24,125 @@ std::uint32_t readWord(const std::uint8_t* bytes) {
            std::uint32_t{bytes[3]} << 24U;
 }
 
+template <int Bits>
 class Decoder {
 public:
-    Decoder(const std::uint8_t* data, int width, int height, int bits)
-        : m_bits(bits), m_blockWidth(pvrtcBlockWidth(bits)), m_columns(width / m_blockWidth),
-          m_rows(height / pvrtcBlockHeight) {
-        m_blocks.reserve(static_cast<std::size_t>(m_columns) * m_rows);
-        for (const std::uint32_t index : pvrtcBlockOrder(m_columns, m_rows)) {
-            const std::uint8_t* bytes = data + std::size_t{index} * pvrtcBlockBytes;
-            const std::uint32_t colors = readWord(bytes + 4);
-            m_blocks.push_back({readWord(bytes), (colors & 1U) != 0, pvrtcUnpackColors(colors)});
-        }
-    }
+    Decoder(const std::uint8_t* data, int width, int height);
 
-    void decodePixel(int x, int y, std::uint8_t* rgba) const;
+    /// Decodes a row of blocks.
+    void decodeRow(int row, std::uint8_t* rgba) const;
 
 private:
-    const Block& block(int column, int row) const {
-        return m_blocks[static_cast<std::size_t>(row & (m_rows - 1)) * m_columns +
-                        (column & (m_columns - 1))];
+    static constexpr int blockWidth = pvrtcBlockWidth(Bits);
+
+    std::span<const PvrtcColorPair> colors(int row) const {
+        return {m_colors.data() + static_cast<std::size_t>(row & (m_rows - 1)) * m_columns,
+                static_cast<std::size_t>(m_columns)};
     }
-    const Block& blockOfPixel(int x, int y) const { return block(x / m_blockWidth, y / pvrtcBlockHeight); }
+    const BlockModulation& blockOfPixel(int x, int y) const {
+        return m_modulations[static_cast<std::size_t>(y / pvrtcBlockHeight) * m_columns + x / blockWidth];
+    }
+    PixelModulation modulation(int x, int y) const;
+    int storedLevel(int x, int y) const;
 
-    Modulation modulation(int x, int y) const;
-    Modulation modulation4(int x, int y) const;
-    int storedLevel2(int x, int y) const;
-    int level2(int x, int y) const;
-
-    int m_bits;
-    int m_blockWidth;
     int m_columns;
     int m_rows;
-    std::vector<Block> m_blocks;
+    std::vector<PvrtcColorPair> m_colors;
+    std::vector<BlockModulation> m_modulations;
 };
 
-Modulation Decoder::modulation4(int x, int y) const {
-    const Block& own = blockOfPixel(x, y);
-    const unsigned value = own.modulation >> 2U * static_cast<unsigned>(x % 4 + y % 4 * 4) & 3U;
-    if (own.otherMode)
-        return {pvrtcPunchThroughLevels[value], value == 2};
-    return {pvrtcLevels[value], false};
+template <int Bits>
+Decoder<Bits>::Decoder(const std::uint8_t* data, int width, int height)
+    : m_columns(width / blockWidth), m_rows(height / pvrtcBlockHeight) {
+    const std::vector<std::uint32_t> order = pvrtcBlockOrder(m_columns, m_rows);
+    m_colors.reserve(order.size());
+    m_modulations.reserve(order.size());
+    for (const std::uint32_t index : order) {
+        const std::uint8_t* bytes = data + std::size_t{index} * pvrtcBlockBytes;
+        const std::uint32_t colors = readWord(bytes + 4);
+        m_colors.push_back(pvrtcUnpackColors(colors));
+        m_modulations.push_back({readWord(bytes), (colors & 1U) != 0});
+    }
 }
 
-/// The level of a pixel that isn't interpolated; coordinates may lie one pixel outside.
-int Decoder::storedLevel2(int x, int y) const {
-    x &= m_columns * m_blockWidth - 1;
+template <>
+PixelModulation Decoder<4>::modulation(int x, int y) const {
+    const BlockModulation& own = blockOfPixel(x, y);
+    const unsigned value = own.bits >> 2 * (x % 4 + y % 4 * 4) & 3U;
+    return own.otherMode ? PixelModulation{pvrtcPunchThroughLevels[value], value == 2}
+                         : PixelModulation{pvrtcLevels[value], false};
+}
+
+/// The level of a 2-bit pixel that isn't interpolated; coordinates may lie one outside.
+template <>
+int Decoder<2>::storedLevel(int x, int y) const {
+    x &= m_columns * blockWidth - 1;
     y &= m_rows * pvrtcBlockHeight - 1;
-    const Block& own = blockOfPixel(x, y);
-    const auto pixel = static_cast<unsigned>(x % 8 + y % 4 * 8);
+    const BlockModulation& own = blockOfPixel(x, y);
+    const int pixel = x % 8 + y % 4 * 8;
     if (!own.otherMode)
-        return (own.modulation >> pixel & 1U) != 0 ? 8 : 0;
+        return (own.bits >> pixel & 1U) != 0 ? 8 : 0;
 
     // The low bits of the first pixel and of the one at the centre choose the interpolation; there the high
     // bit stands for both.
-    constexpr unsigned centre = 20;
-    const unsigned position = pixel / 2 * 2;
-    const bool lostLowBit = position == 0 || (position == centre && (own.modulation & 1U) != 0);
-    const unsigned value = own.modulation >> position & 3U;
+    constexpr int centre = 20;
+    const int position = pixel / 2 * 2;
+    const bool lostLowBit = position == 0 || (position == centre && (own.bits & 1U) != 0);
+    const unsigned value = own.bits >> position & 3U;
     return pvrtcLevels[lostLowBit ? (value >> 1U) * 3 : value];
 }
 
-int Decoder::level2(int x, int y) const {
-    const Block& own = blockOfPixel(x, y);
+template <>
+PixelModulation Decoder<2>::modulation(int x, int y) const {
+    const BlockModulation& own = blockOfPixel(x, y);
     if (!own.otherMode || (x + y) % 2 == 0)
-        return storedLevel2(x, y);
-    const bool oneDirection = (own.modulation & 1U) != 0;
-    const bool vertical = (own.modulation >> 20U & 1U) != 0;
-    const int horizontalSum = oneDirection && vertical ? 0 : storedLevel2(x - 1, y) + storedLevel2(x + 1, y);
-    const int verticalSum = oneDirection && !vertical ? 0 : storedLevel2(x, y - 1) + storedLevel2(x, y + 1);
-    return oneDirection ? (horizontalSum + verticalSum + 1) / 2 : (horizontalSum + verticalSum + 2) / 4;
+        return {storedLevel(x, y), false};
+    const bool oneDirection = (own.bits & 1U) != 0;
+    const bool vertical = (own.bits >> 20U & 1U) != 0;
+    int sum = 0;
+    if (!oneDirection || !vertical)
+        sum += storedLevel(x - 1, y) + storedLevel(x + 1, y);
+    if (!oneDirection || vertical)
+        sum += storedLevel(x, y - 1) + storedLevel(x, y + 1);
+    return {oneDirection ? (sum + 1) / 2 : (sum + 2) / 4, false};
 }
 
-Modulation Decoder::modulation(int x, int y) const {
-    return m_bits == 4 ? modulation4(x, y) : Modulation{level2(x, y), false};
-}
-
-void Decoder::decodePixel(int x, int y, std::uint8_t* rgba) const {
-    const int shiftedX = x + m_blockWidth / 2;
-    const int shiftedY = y + pvrtcBlockHeight / 2;
-    const int right = shiftedX % m_blockWidth;
-    const int below = shiftedY % pvrtcBlockHeight;
-    const int left = m_blockWidth - right;
-    const int above = pvrtcBlockHeight - below;
-    const int column = shiftedX / m_blockWidth;
-    const int row = shiftedY / pvrtcBlockHeight;
-    const PvrtcColorPair& leftAbove = block(column - 1, row - 1).colors;
-    const PvrtcColorPair& rightAbove = block(column, row - 1).colors;
-    const PvrtcColorPair& leftBelow = block(column - 1, row).colors;
-    const PvrtcColorPair& rightBelow = block(column, row).colors;
-
-    const Modulation pixel = modulation(x, y);
-    for (std::size_t channel = 0; channel < 4; ++channel) {
-        const auto blended = [&](std::size_t which) {
-            const int sum = (leftAbove[which][channel] * left + rightAbove[which][channel] * right) * above +
-                            (leftBelow[which][channel] * left + rightBelow[which][channel] * right) * below;
-            return pvrtcBlend(sum, channel == 3, m_bits);
-        };
-        const int value = (blended(0) * (8 - pixel.eighths) + blended(1) * pixel.eighths) >> 3;
-        rgba[channel] = static_cast<std::uint8_t>(pixel.transparent && channel == 3 ? 0 : value);
+template <int Bits>
+void Decoder<Bits>::decodeRow(int row, std::uint8_t* rgba) const {
+    const int width = m_columns * blockWidth;
+    std::vector<PixelEnds> ends(static_cast<std::size_t>(width));
+    for (int line = 0; line < pvrtcBlockHeight; ++line) {
+        const int y = row * pvrtcBlockHeight + line;
+        const int fromCentre = y + pvrtcBlockHeight / 2;
+        const int below = fromCentre / pvrtcBlockHeight;
+        blendRow<Bits>(colors(below - 1), colors(below), fromCentre % pvrtcBlockHeight, ends.data());
+        for (int x = 0; x < width; ++x, rgba += 4) {
+            const PixelModulation pixel = modulation(x, y);
+            const Int16x8 color =
+                modulated(ends[static_cast<std::size_t>(x)], static_cast<std::int16_t>(pixel.eighths));
+            for (int channel = 0; channel < 4; ++channel)
+                rgba[channel] = static_cast<std::uint8_t>(color[channel]);
+            if (pixel.transparent)
+                rgba[3] = 0;
+        }
     }
+}
+
+template <int Bits>
+void decode(const std::uint8_t* blocks, int width, int height, std::uint8_t* rgba) {
+    const Decoder<Bits> decoder(blocks, width, height);
+    const std::size_t rowBytes = static_cast<std::size_t>(width) * pvrtcBlockHeight * 4;
+    sideBySide(static_cast<std::size_t>(height / pvrtcBlockHeight),
+               [&](std::size_t row) { decoder.decodeRow(static_cast<int>(row), rgba + row * rowBytes); });
 }
 
 } // namespace
 
+} // namespace pvrtc
+
 void pvrtcDecode(const std::uint8_t* blocks, int width, int height, int bits, std::uint8_t* rgba) {
-    const Decoder decoder(blocks, width, height, bits);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x, rgba += 4)
-            decoder.decodePixel(x, y, rgba);
+    if (bits == 2)
+        pvrtc::decode<2>(blocks, width, height, rgba);
+    else
+        pvrtc::decode<4>(blocks, width, height, rgba);
 }

@@ -6,20 +6,13 @@
 #include <immintrin.h>
 #endif
 
-// Vectors without AVX are passed in memory; functions here are inlined, so that no two files can disagree on
-// it.
-#pragma GCC diagnostic ignored "-Wpsabi"
-
 /// Vectors of the compiler's extension, and the few operations on them that have no operator.
 /// Everything is static: files that are compiled for different processors must not share a copy.
 namespace pvrtc {
 
 using Int16x8 [[gnu::vector_size(16)]] = std::int16_t;
-using Int16x16 [[gnu::vector_size(32)]] = std::int16_t;
 using Int32x4 [[gnu::vector_size(16)]] = std::int32_t;
-using Int32x8 [[gnu::vector_size(32)]] = std::int32_t;
 using Float4 [[gnu::vector_size(16)]] = float;
-using Float8 [[gnu::vector_size(32)]] = float;
 
 template <class Vector, class Element>
 [[gnu::always_inline]] static inline Vector load(const Element* from) {
@@ -47,77 +40,18 @@ template <class Vector, class Element>
 #endif
 }
 
-/// Sums over the four channels of the products of each lane.
-[[gnu::always_inline]] static inline Int32x8 dotProducts(const Int16x8 (&a)[4], const Int16x8 (&b)[4]) {
-    const auto low = [](Int16x8 x, Int16x8 y) {
-        return __builtin_shufflevector(x, y, 0, 8, 1, 9, 2, 10, 3, 11);
-    };
-    const auto high = [](Int16x8 x, Int16x8 y) {
-        return __builtin_shufflevector(x, y, 4, 12, 5, 13, 6, 14, 7, 15);
-    };
-    const Int32x4 first = multiplyAddPairs(low(a[0], a[1]), low(b[0], b[1])) +
-                          multiplyAddPairs(low(a[2], a[3]), low(b[2], b[3]));
-    const Int32x4 second = multiplyAddPairs(high(a[0], a[1]), high(b[0], b[1])) +
-                           multiplyAddPairs(high(a[2], a[3]), high(b[2], b[3]));
-    return __builtin_shufflevector(first, second, 0, 1, 2, 3, 4, 5, 6, 7);
-}
-[[gnu::always_inline]] static inline void storeDotProducts(std::int32_t* to, const Int16x8 (&a)[4],
-                                                           const Int16x8 (&b)[4]) {
-    store(to, dotProducts(a, b));
-}
-
-#if defined(__AVX2__)
-[[gnu::always_inline]] static inline Int32x8 multiplyAddPairs(Int16x16 a, Int16x16 b) {
-    return reinterpret_cast<Int32x8>(
-        _mm256_madd_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
-}
-
-[[gnu::always_inline]] static inline void storeDotProducts(std::int32_t* to, const Int16x16 (&a)[4],
-                                                           const Int16x16 (&b)[4]) {
-    const auto low = [](Int16x16 x, Int16x16 y) {
-        return __builtin_shufflevector(x, y, 0, 16, 1, 17, 2, 18, 3, 19, 8, 24, 9, 25, 10, 26, 11, 27);
-    };
-    const auto high = [](Int16x16 x, Int16x16 y) {
-        return __builtin_shufflevector(x, y, 4, 20, 5, 21, 6, 22, 7, 23, 12, 28, 13, 29, 14, 30, 15, 31);
-    };
-    const Int32x8 outer = multiplyAddPairs(low(a[0], a[1]), low(b[0], b[1])) +
-                          multiplyAddPairs(low(a[2], a[3]), low(b[2], b[3]));
-    const Int32x8 inner = multiplyAddPairs(high(a[0], a[1]), high(b[0], b[1])) +
-                          multiplyAddPairs(high(a[2], a[3]), high(b[2], b[3]));
-    store(to, __builtin_shufflevector(outer, inner, 0, 1, 2, 3, 8, 9, 10, 11));
-    store(to + 8, __builtin_shufflevector(outer, inner, 4, 5, 6, 7, 12, 13, 14, 15));
-}
-#endif
-
 /// Elements that fit 16 bits.
-[[gnu::always_inline]] static inline Int16x8 narrowed(Int32x8 vector) {
+[[gnu::always_inline]] static inline Int16x8 narrowed(Int32x4 first, Int32x4 second) {
 #if defined(__SSE2__)
-    const Int32x4 low = __builtin_shufflevector(vector, vector, 0, 1, 2, 3);
-    const Int32x4 high = __builtin_shufflevector(vector, vector, 4, 5, 6, 7);
     return reinterpret_cast<Int16x8>(
-        _mm_packs_epi32(reinterpret_cast<__m128i>(low), reinterpret_cast<__m128i>(high)));
+        _mm_packs_epi32(reinterpret_cast<__m128i>(first), reinterpret_cast<__m128i>(second)));
 #else
-    return __builtin_convertvector(vector, Int16x8);
+    return __builtin_convertvector(__builtin_shufflevector(first, second, 0, 1, 2, 3, 4, 5, 6, 7), Int16x8);
 #endif
-}
-
-[[gnu::always_inline]] static inline Int32x8 widened(Int16x8 vector) {
-    return __builtin_convertvector(vector, Int32x8);
-}
-
-[[gnu::always_inline]] static inline Int32x4 halved(Int32x4 vector) { return vector; }
-[[gnu::always_inline]] static inline Int32x4 halved(Int32x8 vector) {
-    return __builtin_shufflevector(vector, vector, 0, 1, 2, 3) +
-           __builtin_shufflevector(vector, vector, 4, 5, 6, 7);
 }
 
 /// The sum of the elements of each of four vectors.
-template <class Vector>
-[[gnu::always_inline]] static inline Int32x4 sums(const Vector (&vectors)[4]) {
-    const Int32x4 a = halved(vectors[0]);
-    const Int32x4 b = halved(vectors[1]);
-    const Int32x4 c = halved(vectors[2]);
-    const Int32x4 d = halved(vectors[3]);
+[[gnu::always_inline]] static inline Int32x4 sums(Int32x4 a, Int32x4 b, Int32x4 c, Int32x4 d) {
     const Int32x4 ab = __builtin_shufflevector(a, b, 0, 4, 1, 5) + __builtin_shufflevector(a, b, 2, 6, 3, 7);
     const Int32x4 cd = __builtin_shufflevector(c, d, 0, 4, 1, 5) + __builtin_shufflevector(c, d, 2, 6, 3, 7);
     return __builtin_shufflevector(ab, cd, 0, 1, 4, 5) + __builtin_shufflevector(ab, cd, 2, 3, 6, 7);

@@ -5,140 +5,122 @@
 
 namespace {
 
-using Color = std::array<int, 4>;
-
 class Plain {
 public:
-    Plain(const std::vector<std::uint8_t>& data, int width, int height, int bits)
-        : m_data(data), m_bits(bits), m_wide(bits == 2 ? 8 : 4), m_columns(width / m_wide),
-          m_rows(height / 4) {}
+    Plain(const std::vector<std::uint8_t>& blocks, int width, int height, int bits)
+        : m_blocks(blocks), m_width(width), m_height(height), m_bits(bits), m_blockWidth(bits == 2 ? 8 : 4) {}
 
-    Color pixel(int x, int y) const {
-        const Color low = blended(x, y, false);
-        const Color high = blended(x, y, true);
-        const Level level = levelOf(x, y);
-        Color color;
-        for (std::size_t i = 0; i < 4; ++i)
-            color[i] = (low[i] * (8 - level.eighths) + high[i] * level.eighths) >> 3;
-        if (level.transparent)
-            color[3] = 0;
-        return color;
+    std::array<int, 4> pixel(int x, int y) const {
+        const int fromLeft = (x + m_blockWidth / 2) % m_blockWidth;
+        const int fromTop = (y + 2) % 4;
+        const int column = (x + m_blockWidth / 2) / m_blockWidth + columns() - 1;
+        const int row = (y + 2) / 4 + rows() - 1;
+        const int level = this->level(x, y);
+        std::array<int, 4> result{};
+        for (int channel = 0; channel < 4; ++channel) {
+            int ends[2];
+            for (int end = 0; end < 2; ++end) {
+                const auto value = [&](int c, int r) {
+                    return color(c, r, end)[static_cast<std::size_t>(channel)];
+                };
+                const int upper =
+                    value(column, row) * (m_blockWidth - fromLeft) + value(column + 1, row) * fromLeft;
+                const int lower = value(column, row + 1) * (m_blockWidth - fromLeft) +
+                                  value(column + 1, row + 1) * fromLeft;
+                ends[end] = widened(upper * (4 - fromTop) + lower * fromTop, channel == 3);
+            }
+            result[static_cast<std::size_t>(channel)] =
+                (ends[0] * (8 - level % 16) + ends[1] * (level % 16)) >> 3;
+        }
+        if (level >= punchedThrough)
+            result[3] = 0;
+        return result;
     }
 
 private:
-    struct Level {
-        int eighths;
-        bool transparent = false;
-    };
+    static constexpr int punchedThrough = 16;
 
-    static int wrapped(int value, int size) { return ((value % size) + size) % size; }
+    int columns() const { return m_width / m_blockWidth; }
+    int rows() const { return m_height / 4; }
 
-    /// A word of the block, 0 the modulation, 1 the colours.
-    std::uint32_t word(int column, int row, int which) const {
-        column = wrapped(column, m_columns);
-        row = wrapped(row, m_rows);
+    std::uint32_t word(int column, int row, int half) const {
+        column %= columns();
+        row %= rows();
         std::size_t index = 0;
-        int bit = 0;
-        for (int i = 0; 1 << i < std::max(m_columns, m_rows); ++i) {
-            if (1 << i < m_rows)
-                index |= std::size_t(row >> i & 1) << bit++;
-            if (1 << i < m_columns)
-                index |= std::size_t(column >> i & 1) << bit++;
-        }
-        std::uint32_t value = 0;
-        for (std::size_t i = 0; i < 4; ++i)
-            value |= std::uint32_t(m_data[index * 8 + std::size_t(which) * 4 + i]) << 8 * i;
-        return value;
+        int shift = 0;
+        const int shared = std::min(columns(), rows());
+        for (int bit = 1; bit < shared; bit *= 2, shift += 2)
+            index |= static_cast<std::size_t>((row & bit) / bit + (column & bit) / bit * 2) << shift;
+        index |= static_cast<std::size_t>(column / shared + row / shared) << shift;
+        const std::uint8_t* bytes = m_blocks.data() + index * 8 + half * 4;
+        return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
     }
 
-    /// Red, green, blue of five bits, alpha of four.
-    Color base(int column, int row, bool high) const {
-        const std::uint32_t colors = word(column, row, 1);
-        const int bits = int(high ? colors >> 16 : colors & 0xfffe);
-        const auto twice = [](int four) { return four << 1 | four >> 3; };
-        if (bits & 0x8000) {
-            const int blue = high ? bits & 31 : twice(bits >> 1 & 15);
-            return {bits >> 10 & 31, bits >> 5 & 31, blue, 15};
-        }
-        const int three = bits >> 1 & 7;
-        const int blue = high ? twice(bits & 15) : three << 2 | three >> 1;
-        return {twice(bits >> 8 & 15), twice(bits >> 4 & 15), blue, (bits >> 12 & 7) << 1};
+    std::array<int, 4> color(int column, int row, int end) const {
+        const std::uint32_t bits = word(column, row, 1) >> 16 * end & 0xFFFF;
+        const auto field = [&](int position, int size) {
+            return static_cast<int>(bits >> position) & ((1 << size) - 1);
+        };
+        const auto four = [&](int position) { return field(position, 4) * 2 + field(position, 4) / 8; };
+        if (field(15, 1) == 1)
+            return {field(10, 5), field(5, 5), end == 1 ? field(0, 5) : four(1), 15};
+        const int narrowBlue = field(1, 3) * 4 + field(1, 3) / 2;
+        return {four(8), four(4), end == 1 ? four(0) : narrowBlue, field(12, 3) * 2};
     }
 
-    Color blended(int x, int y, bool high) const {
-        // The block whose centre is the next one to the left and above, and how far the pixel is from it.
-        const int left = x - m_wide / 2;
-        const int above = y - 2;
-        const int column = left < 0 ? -1 : left / m_wide;
-        const int row = above < 0 ? -1 : above / 4;
-        const int dx = left - column * m_wide;
-        const int dy = above - row * 4;
-        Color color;
-        for (std::size_t i = 0; i < 4; ++i) {
-            const auto channel = [&](int c, int r) { return base(c, r, high)[i]; };
-            const int sum =
-                (channel(column, row) * (m_wide - dx) + channel(column + 1, row) * dx) * (4 - dy) +
-                (channel(column, row + 1) * (m_wide - dx) + channel(column + 1, row + 1) * dx) * dy;
-            if (m_bits == 4)
-                color[i] = i == 3 ? sum + (sum >> 4) : (sum >> 1) + (sum >> 6);
-            else
-                color[i] = i == 3 ? (sum >> 1) + (sum >> 5) : (sum >> 2) + (sum >> 7);
-        }
-        return color;
+    int widened(int sum, bool isAlpha) const {
+        if (m_bits == 4)
+            return isAlpha ? sum + (sum >> 4) : (sum >> 1) + (sum >> 6);
+        return isAlpha ? (sum >> 1) + (sum >> 5) : (sum >> 2) + (sum >> 7);
     }
 
-    Level levelOf(int x, int y) const {
-        const std::uint32_t modulation = word(x / m_wide, y / 4, 0);
-        const bool mode = word(x / m_wide, y / 4, 1) & 1;
-        if (m_bits == 4) {
-            const int value = int(modulation >> 2 * (x % 4 + y % 4 * 4) & 3);
-            constexpr int standard[] = {0, 3, 5, 8};
-            constexpr int punched[] = {0, 4, 4, 8};
-            return {mode ? punched[value] : standard[value], mode && value == 2};
-        }
-        if (!mode)
-            return {modulation >> (x % 8 + y % 4 * 8) & 1 ? 8 : 0};
-        if ((x + y) % 2 == 0)
-            return {stored(x, y)};
-        if (!(modulation & 1))
-            return {(stored(x - 1, y) + stored(x + 1, y) + stored(x, y - 1) + stored(x, y + 1) + 2) / 4};
-        if (modulation >> 20 & 1)
-            return {(stored(x, y - 1) + stored(x, y + 1) + 1) / 2};
-        return {(stored(x - 1, y) + stored(x + 1, y) + 1) / 2};
+    bool otherMode(int x, int y) const { return (word(x / m_blockWidth, y / 4, 1) & 1) != 0; }
+    int modulation(int x, int y, int position, int size) const {
+        return static_cast<int>(word(x / m_blockWidth, y / 4, 0) >> position) & ((1 << size) - 1);
     }
 
-    /// The level of a pixel of a 2-bit picture that is told.
     int stored(int x, int y) const {
-        x = wrapped(x, m_columns * 8);
-        y = wrapped(y, m_rows * 4);
-        const std::uint32_t modulation = word(x / 8, y / 4, 0);
-        if (!(word(x / 8, y / 4, 1) & 1))
-            return modulation >> (x % 8 + y % 4 * 8) & 1 ? 8 : 0;
-        const int place = y % 4 * 4 + x % 8 / 2;
-        std::uint32_t value = modulation >> 2 * place & 3;
-        // A low bit that tells how to interpolate is a copy of the high one.
-        if (place == 0 || (place == 10 && (modulation & 1)))
-            value = value >> 1 | (value & 2);
-        constexpr int levels[] = {0, 3, 5, 8};
-        return levels[value];
+        x = (x + m_width) % m_width;
+        y = (y + m_height) % m_height;
+        const int place = x % 8 + y % 4 * 8;
+        if (!otherMode(x, y))
+            return modulation(x, y, place, 1) * 8;
+        const bool borrowed = place == 0 || (place == 20 && modulation(x, y, 0, 1) == 1);
+        const int value = borrowed ? modulation(x, y, place + 1, 1) * 3 : modulation(x, y, place / 2 * 2, 2);
+        return std::array{0, 3, 5, 8}[static_cast<std::size_t>(value)];
     }
 
-    const std::vector<std::uint8_t>& m_data;
-    const int m_bits;
-    const int m_wide;
-    const int m_columns;
-    const int m_rows;
+    int level(int x, int y) const {
+        if (m_bits == 4) {
+            const auto value = static_cast<std::size_t>(modulation(x, y, (x % 4 + y % 4 * 4) * 2, 2));
+            return otherMode(x, y) ? std::array{0, 4, 4 + punchedThrough, 8}[value]
+                                   : std::array{0, 3, 5, 8}[value];
+        }
+        if (!otherMode(x, y) || (x + y) % 2 == 0)
+            return stored(x, y);
+        const int beside = stored(x - 1, y) + stored(x + 1, y);
+        const int stacked = stored(x, y - 1) + stored(x, y + 1);
+        if (modulation(x, y, 0, 1) == 0)
+            return (beside + stacked + 2) / 4;
+        return ((modulation(x, y, 20, 1) == 0 ? beside : stacked) + 1) / 2;
+    }
+
+    const std::vector<std::uint8_t>& m_blocks;
+    int m_width;
+    int m_height;
+    int m_bits;
+    int m_blockWidth;
 };
 
 } // namespace
 
-std::vector<std::uint8_t> plainPvrtcDecode(const std::vector<std::uint8_t>& data, int width, int height,
+std::vector<std::uint8_t> plainPvrtcDecode(const std::vector<std::uint8_t>& blocks, int width, int height,
                                            int bits) {
-    const Plain plain(data, width, height, bits);
-    std::vector<std::uint8_t> pixels;
+    const Plain plain(blocks, width, height, bits);
+    std::vector<std::uint8_t> rgba;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x)
             for (const int channel : plain.pixel(x, y))
-                pixels.push_back(static_cast<std::uint8_t>(channel));
-    return pixels;
+                rgba.push_back(static_cast<std::uint8_t>(channel));
+    return rgba;
 }

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <vector>
 
-/// PVRTC decoded pixel by pixel straight from the format's description, for comparison: red, green, blue,
-/// alpha.
-std::vector<std::uint8_t> plainPvrtcDecode(const std::vector<std::uint8_t>& data, int width, int height,
+/// Decodes PVRTC pixel by pixel, straight from the description of the format: what the decoder has to give.
+std::vector<std::uint8_t> plainPvrtcDecode(const std::vector<std::uint8_t>& blocks, int width, int height,
                                            int bits);

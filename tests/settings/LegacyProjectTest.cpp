@@ -15,7 +15,7 @@
 
 namespace {
 
-const QString projectName = QStringLiteral("/work/game/project.svs");
+const QString projectName = QStringLiteral("/base/game/project.svs");
 
 struct LegacyFormats : DataFormats {
     std::optional<DataFormat> findFormat(const QString& name) const override {
@@ -187,9 +187,9 @@ TEST_F(LegacyProject, everyKeyReachesItsProperty) {
         {"autoAliasEnabled", false, "autoAliasEnabled", "false", "true"},
         {"algorithm", "Basic", "algorithmSettings.algorithmName", "Basic", "MaxRects"},
         {"dataFormat", "css", "dataFormat", "css", "cocos2d"},
-        {"dataFileName", "../d.plist", "dataFileName", "/work/d.plist", ""},
-        {"andengine-java", "A.java", "andEngine.javaFileName", "/work/game/A.java", ""},
-        {"textureFileName", "./a//T.PNG", "textureFileName", "/work/game/a/T.PNG", ""},
+        {"dataFileName", "../d.plist", "dataFileName", "/base/d.plist", ""},
+        {"andengine-java", "A.java", "andEngine.javaFileName", "/base/game/A.java", ""},
+        {"textureFileName", "./a//T.PNG", "textureFileName", "/base/game/a/T.PNG", ""},
         {"trimSpriteNames", true, "trimSpriteNames", "true", "false"},
         {"allowRotation", false, "allowRotation", "false", "true"},
         {"backgroundColor", 0xff00ff00u, "backgroundColor", "4278255360", "0"},
@@ -215,7 +215,7 @@ TEST_F(LegacyProject, everyKeyReachesItsProperty) {
         {"forcedTextureSize", QSize(256, 128), "fixedTextureSize", "256x128", "-1x-1"},
         {"maxTextureSize", QSize(4096, 1024), "maxTextureSize", "4096x1024", "2048x2048"},
         {"textureFormat", "jpg", "textureFormatName", "png", "png"},
-        {"fileList", QStringList({"s/../x.png", "/abs"}), "fileList", "/work/game/x.png|/abs", ""},
+        {"fileList", QStringList({"s/../x.png", "/abs"}), "fileList", "/base/game/x.png|/abs", ""},
         {"ignoreFilesList", QStringList({"*.a", "b"}), "ignoreFileList", "*.a|b", ""},
         {"replaceList", twoTexts, "replaceList", "a=b|c", ""},
     };
@@ -299,7 +299,7 @@ TEST_F(LegacyProject, namesOfFiles) {
                                  ".pvr.ccz .pvr.gz"))
             << name;
     EXPECT_EQ(outcome("andengine-java", "A.JAVA"), QStringLiteral("20 Java file name must end with .java"));
-    EXPECT_EQ(loaded("fileList", "fileList", QStringList{QString(), "b/"}), "/work/game|/work/game/b");
+    EXPECT_EQ(loaded("fileList", "fileList", QStringList{QString(), "b/"}), "/base/game|/base/game/b");
 }
 
 TEST_F(LegacyProject, halfSizeVariant) {
@@ -327,7 +327,7 @@ TEST_F(LegacyProject, limitsOfTheDataFormatHold) {
 }
 
 TEST_F(LegacyProject, versions) {
-    const QString refused = QStringLiteral("22 Can't open file /work/game/project.svs for reading:\nFile was "
+    const QString refused = QStringLiteral("22 Can't open file /base/game/project.svs for reading:\nFile was "
                                            "created with incompatible Sorvane Version %1\nPlease check "
                                            "https://www.sorvane.example for an update!");
     const QByteArray values = streamed(QHash<QString, QVariant>{{"dpi", 99}});

@@ -1,6 +1,6 @@
 #include "PvrtcYardstick.h"
 
-#include "PvrtcFormat.h"
+#include "PvrtcYardstickColors.h"
 
 #include <algorithm>
 #include <array>
@@ -39,63 +39,12 @@ struct Ends {
     }
 };
 
-/// The nearest value that a field of so many bits widens to, given in units of five bits.
-std::uint8_t nearestField(float value, unsigned bits) {
-    const unsigned steps = (1U << bits) - 1;
-    const auto field =
-        static_cast<unsigned>(std::clamp(value / 31 * float(steps) + 0.5F, 0.0F, float(steps)));
-    const unsigned missing = 5 - bits;
-    return static_cast<std::uint8_t>(field << missing | field >> (bits - missing));
-}
-
-PvrtcColor nearestColor(const std::array<float, 4>& color, bool isLow) {
-    const bool opaque = color[3] >= 14.5F;
-    const unsigned bits = opaque ? 5 : 4;
-    const auto alpha = static_cast<std::uint8_t>(std::clamp(color[3] / 2 + 0.5F, 0.0F, 7.0F));
-    return {nearestField(color[0], bits), nearestField(color[1], bits),
-            nearestField(color[2], isLow ? bits - 1 : bits),
-            static_cast<std::uint8_t>(opaque ? 15 : alpha * 2)};
-}
-
-/// Sums of the normal equations for the two colours of a block.
-struct Normal {
-    float lowLow = 0;
-    float lowHigh = 0;
-    float highHigh = 0;
-
-    void add(float lowWeight, float highWeight) {
-        lowLow += lowWeight * lowWeight;
-        lowHigh += lowWeight * highWeight;
-        highHigh += highWeight * highWeight;
-    }
-};
-
-/// With (nearly) one level alone the two colours can't be told apart: they are pulled a little to what they
-/// were.
-PvrtcColorPair solved(const Normal& normal, const Normal& alphaNormal, const std::array<float, 4>& low,
-                      const std::array<float, 4>& high, const PvrtcColorPair& before) {
-    constexpr float pull = 1e-3F;
-    std::array<float, 4> newLow{};
-    std::array<float, 4> newHigh{};
-    for (std::size_t channel = 0; channel < 4; ++channel) {
-        const Normal& sums = channel == 3 ? alphaNormal : normal;
-        const float lowLow = sums.lowLow + pull;
-        const float highHigh = sums.highHigh + pull;
-        const float lowSide = low[channel] + pull * float(before[0][channel]);
-        const float highSide = high[channel] + pull * float(before[1][channel]);
-        const float determinant = lowLow * highHigh - sums.lowHigh * sums.lowHigh;
-        newLow[channel] = (highHigh * lowSide - sums.lowHigh * highSide) / determinant;
-        newHigh[channel] = (lowLow * highSide - sums.lowHigh * lowSide) / determinant;
-    }
-    return {nearestColor(newLow, true), nearestColor(newHigh, false)};
-}
-
 class Yardstick {
 public:
     Yardstick(const std::uint8_t* rgba, int width, int height, int bits)
         : m_rgba(rgba), m_width(width), m_height(height), m_bits(bits), m_blockWidth(pvrtcBlockWidth(bits)),
           m_columns(width / m_blockWidth), m_rows(height / 4),
-          m_blocks(static_cast<std::size_t>(m_columns) * m_rows),
+          m_blocks(static_cast<std::size_t>(m_columns) * m_rows), m_unit(1 / float(m_blockWidth * 4)),
           m_levels(static_cast<std::size_t>(width) * height), m_ends(m_levels.size()) {}
 
     std::vector<std::uint8_t> encode();
@@ -113,6 +62,12 @@ private:
         return {pixel[0], pixel[1], pixel[2], pixel[3]};
     }
 
+    template <class Visit>
+    void forBlocks(Visit visit) {
+        for (int row = 0; row < m_rows; ++row)
+            for (int column = 0; column < m_columns; ++column)
+                visit(column, row);
+    }
     void startColors(int column, int row);
     void blendColors();
     void chooseModulation();
@@ -120,6 +75,17 @@ private:
     int chooseLevels2(int column, int row, int mode);
     int interpolatedLevel(int x, int y, int mode) const;
     void chooseModulation2();
+    struct OtherBlocks {
+        std::array<const PvrtcColorPair*, 3> pairs;
+        std::array<float, 3> weights;
+
+        float blended(std::size_t which, std::size_t channel) const {
+            return float((*pairs[0])[which][channel]) * weights[0] +
+                   float((*pairs[1])[which][channel]) * weights[1] +
+                   float((*pairs[2])[which][channel]) * weights[2];
+        }
+    };
+    OtherBlocks otherBlocks(int column, int row, int fromX, int fromY);
     void leastSquares(int column, int row);
     std::uint32_t packedModulation(int column, int row) const;
 
@@ -131,6 +97,7 @@ private:
     int m_columns;
     int m_rows;
     std::vector<Block> m_blocks;
+    float m_unit;                       ///< weights of all blocks that reach a pixel add up to 1 / m_unit
     std::vector<std::uint8_t> m_levels; ///< eighths, or punchThrough
     std::vector<Ends> m_ends;
 };
@@ -259,10 +226,7 @@ int Yardstick::interpolatedLevel(int x, int y, int mode) const {
 void Yardstick::chooseModulation2() {
     // First as if all blocks interpolated in both directions, so that each block's modes see levels around
     // them.
-    for (int row = 0; row < m_rows; ++row)
-        for (int column = 0; column < m_columns; ++column)
-            chooseLevels2(column, row, Cross);
-    std::vector<int> modes(m_blocks.size());
+    forBlocks([this](int column, int row) { chooseLevels2(column, row, Cross); });
     for (int row = 0; row < m_rows; ++row)
         for (int column = 0; column < m_columns; ++column) {
             int best = std::numeric_limits<int>::max();
@@ -280,9 +244,7 @@ void Yardstick::chooseModulation2() {
                 }
             }
         }
-    for (int row = 0; row < m_rows; ++row)
-        for (int column = 0; column < m_columns; ++column)
-            chooseLevels2(column, row, block(column, row).mode);
+    forBlocks([this](int column, int row) { chooseLevels2(column, row, block(column, row).mode); });
     for (int y = 0; y < m_height; ++y)
         for (int x = 1 - y % 2; x < m_width; x += 2) {
             const int mode = block(x / 8, y / 4).mode;
@@ -295,58 +257,50 @@ void Yardstick::chooseModulation() {
     blendColors();
     if (m_bits == 2)
         return chooseModulation2();
-    for (int row = 0; row < m_rows; ++row)
-        for (int column = 0; column < m_columns; ++column)
-            chooseModulation4(column, row);
+    forBlocks([this](int column, int row) { chooseModulation4(column, row); });
+}
+
+/// The blocks that reach a pixel beside the one whose centre it is seen from: one beside that one, one above
+/// or below, one at the corner. `fromX`, `fromY`: place of the pixel from the centre.
+Yardstick::OtherBlocks Yardstick::otherBlocks(int column, int row, int fromX, int fromY) {
+    const int stepX = fromX < 0 ? -1 : 1;
+    const int stepY = fromY < 0 ? -1 : 1;
+    const auto awayX = float(std::abs(fromX));
+    const auto awayY = float(std::abs(fromY));
+    const auto nearX = float(m_blockWidth) - awayX;
+    const float nearY = 4 - awayY;
+    return {{&block(column + stepX, row).colors, &block(column, row + stepY).colors,
+             &block(column + stepX, row + stepY).colors},
+            {awayX * nearY * m_unit, nearX * awayY * m_unit, awayX * awayY * m_unit}};
 }
 
 /// The two colours of a block that fit all pixels which they reach best, with all other blocks as they are.
 void Yardstick::leastSquares(int column, int row) {
     const int centreX = column * m_blockWidth + m_blockWidth / 2;
     const int centreY = row * 4 + 2;
-    const float weightSum = m_bits == 2 ? 32 : 16;
-    Normal normal;      // of red, green and blue
-    Normal alphaNormal; // without the pixels whose alpha isn't the colours'
-    std::array<float, 4> low{};
-    std::array<float, 4> high{};
-    for (int y = centreY - 3; y <= centreY + 3; ++y)
-        for (int x = centreX - m_blockWidth + 1; x < centreX + m_blockWidth; ++x) {
-            const std::size_t index = pixelIndex(x, y);
+    Equations equations;
+    for (int fromY = -3; fromY <= 3; ++fromY)
+        for (int fromX = 1 - m_blockWidth; fromX < m_blockWidth; ++fromX) {
+            const std::size_t index = pixelIndex(centreX + fromX, centreY + fromY);
             const bool transparent = m_levels[index] == punchThrough;
             const float share = transparent ? 0.5F : float(m_levels[index]) / 8;
-            const int wx = m_blockWidth - std::abs(x - centreX);
-            const int wy = 4 - std::abs(y - centreY);
-            const float weight = float(wx * wy) / weightSum;
+            const float weight = float((m_blockWidth - std::abs(fromX)) * (4 - std::abs(fromY))) * m_unit;
             const float lowWeight = weight * (1 - share);
             const float highWeight = weight * share;
-            normal.add(lowWeight, highWeight);
+            equations.normal.add(lowWeight, highWeight);
             if (!transparent)
-                alphaNormal.add(lowWeight, highWeight);
-
-            // The other blocks that reach the pixel: one beside, one above or below, one at the corner.
-            const int stepX = x < centreX ? -1 : 1;
-            const int stepY = y < centreY ? -1 : 1;
-            const PvrtcColorPair& beside = block(column + stepX, row).colors;
-            const PvrtcColorPair& stacked = block(column, row + stepY).colors;
-            const PvrtcColorPair& corner = block(column + stepX, row + stepY).colors;
-            const float besideWeight = float((m_blockWidth - wx) * wy) / weightSum;
-            const float stackedWeight = float(wx * (4 - wy)) / weightSum;
-            const float cornerWeight = float((m_blockWidth - wx) * (4 - wy)) / weightSum;
-            const std::uint8_t* wanted = m_rgba + index * 4;
+                equations.alphaNormal.add(lowWeight, highWeight);
+            const OtherBlocks others = otherBlocks(column, row, fromX, fromY);
             for (std::size_t channel = 0; channel < (transparent ? 3 : 4); ++channel) {
-                const auto others = [&](std::size_t which) {
-                    return float(beside[which][channel]) * besideWeight +
-                           float(stacked[which][channel]) * stackedWeight +
-                           float(corner[which][channel]) * cornerWeight;
-                };
                 const float scale = channel == 3 ? 15.0F / 255 : 31.0F / 255;
-                const float rest =
-                    float(wanted[channel]) * scale - others(0) * (1 - share) - others(1) * share;
-                low[channel] += lowWeight * rest;
-                high[channel] += highWeight * rest;
+                const float rest = float(m_rgba[index * 4 + channel]) * scale -
+                                   others.blended(0, channel) * (1 - share) -
+                                   others.blended(1, channel) * share;
+                equations.low[channel] += lowWeight * rest;
+                equations.high[channel] += highWeight * rest;
             }
         }
-    block(column, row).colors = solved(normal, alphaNormal, low, high, block(column, row).colors);
+    block(column, row).colors = solved(equations, block(column, row).colors);
 }
 
 std::uint32_t Yardstick::packedModulation(int column, int row) const {
@@ -373,15 +327,11 @@ std::uint32_t Yardstick::packedModulation(int column, int row) const {
 }
 
 std::vector<std::uint8_t> Yardstick::encode() {
-    for (int row = 0; row < m_rows; ++row)
-        for (int column = 0; column < m_columns; ++column)
-            startColors(column, row);
+    forBlocks([this](int column, int row) { startColors(column, row); });
     constexpr int rounds = 6;
     for (int round = 0; round < rounds; ++round) {
         chooseModulation();
-        for (int row = 0; row < m_rows; ++row)
-            for (int column = 0; column < m_columns; ++column)
-                leastSquares(column, row);
+        forBlocks([this](int column, int row) { leastSquares(column, row); });
     }
     chooseModulation();
 

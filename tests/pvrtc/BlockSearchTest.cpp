@@ -97,7 +97,7 @@ void expectEqualScoresOnAllProcessors() {
         Score fast[mostModes];
         Score plain[mostModes];
         footprintScorer<Bits>()(footprint, scored, fast);
-        plainFootprintScorer<Bits>()(footprint, scored, plain);
+        scoreFootprintPlain(footprint, scored, plain);
         for (int mode = 0; mode < modeCount(Bits); ++mode)
             ASSERT_EQ(numbers(fast[mode]), numbers(plain[mode])) << Bits << " bits, mode " << mode;
     }

@@ -172,7 +172,10 @@ TEST(PvrtcEncoderTest, smallAndNarrowPictures) {
 TEST(PvrtcEncoderTest, equalBytesOnAnyNumberOfThreads) {
     // The last two have neighbours of one sweep: an odd number of rows or columns, which wraps around.
     constexpr int sizes[][3] = {{64, 64, 4}, {64, 64, 2}, {40, 28, 4}, {40, 44, 2}};
-    for (const auto& [width, height, bits] : sizes) {
+    for (const auto& size : sizes) {
+        const int width = size[0];
+        const int height = size[1];
+        const int bits = size[2];
         const Pixels rgba = discPicture(width, height, 13);
         const auto encodedOn = [&](int threads) {
             const OnThreads limit(threads);

@@ -20,17 +20,14 @@ void blendRow(std::span<const PvrtcColorPair> above, std::span<const PvrtcColorP
 
 /// A pair of colours, weighted.
 inline Int16x8 weighted(const PvrtcColorPair& colors, int weight) {
-    return loadBytes(colors[0].data()) * static_cast<std::int16_t>(weight);
+    return loadBytes(&colors) * static_cast<std::int16_t>(weight);
 }
 
 /// The ends of a pixel where the weighted colours of the blocks that reach it add up to `sum`.
 template <int Bits>
 PixelEnds blendedEnds(Int16x8 sum) {
     constexpr Int16x8 isAlpha = {0, 0, 0, -1, 0, 0, 0, -1};
-    constexpr int shift = Bits == 2 ? 1 : 0;
-    const Int16x8 color = (sum >> (1 + shift)) + (sum >> (6 + shift));
-    const Int16x8 alpha = (sum >> shift) + (sum >> (4 + shift));
-    return (alpha & isAlpha) | (color & ~isAlpha);
+    return (pvrtcBlend(sum, true, Bits) & isAlpha) | (pvrtcBlend(sum, false, Bits) & ~isAlpha);
 }
 
 inline Int16x8 lowTwice(PixelEnds ends) {

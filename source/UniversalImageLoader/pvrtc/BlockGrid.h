@@ -44,22 +44,6 @@ struct BlockRecord {
     std::uint8_t changed;
 };
 
-/// The picture in the rows of fixed length that the search works on.
-class WorkingImage {
-public:
-    static constexpr int pitch = 4096; ///< in pixels; also the largest height
-    WorkingImage(const std::uint8_t* rgba, int width, int height);
-
-    int width() const { return m_width; }
-    int height() const { return m_height; }
-    const std::uint32_t* row(int y) const { return m_pixels.get() + static_cast<std::size_t>(y) * pitch; }
-
-private:
-    std::unique_ptr<std::uint32_t[]> m_pixels;
-    int m_width;
-    int m_height;
-};
-
 /// The records of all blocks. Neighbours wrap around at all edges.
 class BlockGrid {
 public:

@@ -22,10 +22,17 @@ bool isEqual(const PvrtcColorPair& a, const PvrtcColorPair& b) {
 }
 
 /// How far candidates may lie behind the best one, in eighths of its error.
-constexpr int toBeRefined = 16; ///< in the block's own mode
-constexpr int toBeRefinedInOtherMode = 9;
-constexpr int toTryMode = 10;      ///< the best that was kept of another mode
-constexpr int toChooseJointly = 9; ///< which seldom gains more
+struct Patience {
+    int toBeRefined; ///< in the block's own mode
+    int toBeRefinedInOtherMode;
+    int toTryMode;       ///< the best that was kept of another mode
+    int toChooseJointly; ///< which seldom gains more
+};
+
+/// Most of a picture's error is in few blocks: those are worth more.
+constexpr Patience patience(std::int32_t bestError) {
+    return bestError > 16384 ? Patience{16, 10, 12, 9} : Patience{16, 9, 10, 9};
+}
 
 bool isBehind(std::int32_t error, std::int32_t best, int eighths) {
     return std::int64_t{error} * 8 > std::int64_t{best} * eighths;
@@ -226,14 +233,17 @@ typename BlockSearch<Bits>::Candidate BlockSearch<Bits>::refined(const Start& st
 /// Whether a mode other than the block's own won't win with this error.
 template <int Bits>
 bool BlockSearch<Bits>::isFarBehind(std::int32_t error, int mode) const {
-    return mode != m_ownMode && !m_pass->first && isBehind(error, m_bestError, toTryMode);
+    return mode != m_ownMode && !m_pass->first &&
+           isBehind(error, m_bestError, patience(m_bestError).toTryMode);
 }
 
 /// Whether a candidate isn't worth refining. Nothing gets better than a pair without any error.
 template <int Bits>
 bool BlockSearch<Bits>::isHopeless(std::int32_t error, int mode) const {
-    return m_bestError == 0 || (mode == m_ownMode ? isBehind(error, m_bestOfMode[mode], toBeRefined)
-                                                  : isBehind(error, m_bestError, toBeRefinedInOtherMode));
+    const Patience limits = patience(m_bestError);
+    return m_bestError == 0 ||
+           (mode == m_ownMode ? isBehind(error, m_bestOfMode[mode], limits.toBeRefined)
+                              : isBehind(error, m_bestError, limits.toBeRefinedInOtherMode));
 }
 
 /// The entry of a pair, a new one if there is none yet.
@@ -255,10 +265,11 @@ typename BlockSearch<Bits>::Tried& BlockSearch<Bits>::tried(const PvrtcColorPair
 template <int Bits>
 void BlockSearch<Bits>::score(Tried& tried, unsigned modes) {
     ScoreRequest<Bits> request{};
-    store(request.colors[0], loadBytes(tried.colors[0].data()));
+    store(&request.colors, loadBytes(&tried.colors));
     request.modes = modes;
     request.regions = m_usesRegions ? &m_regions : nullptr;
-    request.jointLimit = m_pass->chooseJointly ? std::int64_t{m_bestError} * toChooseJointly / 8 : -1;
+    request.jointLimit =
+        m_pass->chooseJointly ? std::int64_t{m_bestError} * patience(m_bestError).toChooseJointly / 8 : -1;
     m_scorer(m_footprint, request, tried.scores);
     tried.modes |= modes;
     for (int mode = 0; mode < modeCount(Bits); ++mode)

@@ -12,9 +12,10 @@ inline Float4 fromFormatUnits(Float4 color) {
     return color * Float4{255.0F / 31, 255.0F / 31, 255.0F / 31, 255.0F / 15};
 }
 
+/// A pair in numbers to calculate with.
 struct ColorFloats {
     explicit ColorFloats(const PvrtcColorPair& pair) {
-        const Int16x8 channels = loadBytes(pair[0].data());
+        const Int16x8 channels = loadBytes(&pair);
         colors[0] = halfFloats<0>(channels);
         colors[1] = halfFloats<1>(channels);
     }
@@ -29,9 +30,9 @@ struct ColorRounding {
     Float4 offset;
 };
 
-/// By opaque or not, and high or low.
-/// Widened by repeating its bits, a field is its share of 31, rounded. Opaque colours have five bits a
-/// channel, others four, and three of alpha, which a 0 bit follows; blue of the low colour has one bit less.
+/// By opaque or not, and high or low. Widened by repeating its bits, a field is its share of 31, rounded.
+/// Opaque colours have five bits a channel, others four, and three of alpha, which a 0 bit follows; blue of
+/// the low colour has one bit less.
 inline constexpr ColorRounding colorRoundings[2][2] = {
     {{{15.0F / 31, 15.0F / 31, 15.0F / 31, 0.5F},
       {15, 15, 15, 7},
@@ -57,7 +58,7 @@ inline Int32x4 nearestChannels(Float4 color, bool isLow) {
 
 inline PvrtcColorPair nearestPair(Float4 low, Float4 high) {
     PvrtcColorPair nearest;
-    storeBytes(nearest[0].data(), nearestChannels(low, true), nearestChannels(high, false));
+    storeBytes(&nearest, nearestChannels(low, true), nearestChannels(high, false));
     return nearest;
 }
 
@@ -71,7 +72,7 @@ PvrtcColorPair leastSquaresColors(const PvrtcColorPair& scored, const Score& sco
     constexpr float colorUnits = 8 * (Bits == 2 ? 128 : 64) / 33.0F;
     constexpr float alphaUnits = 8 * (Bits == 2 ? 32 : 16) / 17.0F;
     constexpr Float4 units = {colorUnits, colorUnits, colorUnits, alphaUnits};
-    constexpr float ridge = Bits == 2 ? 256 : 64;
+    constexpr float ridge = Bits == 2 ? 256 : 64; // little beside squares of weights, but not beside none
 
     // The colour that counts more is rounded first; the other one makes up for its rounding.
     const int firstIndex = score.squares[1] > score.squares[0] ? 1 : 0;
@@ -91,9 +92,9 @@ PvrtcColorPair leastSquaresColors(const PvrtcColorPair& scored, const Score& sco
     const Float4 secondMove =
         (secondSide - (__builtin_convertvector(newFirst, Float4) - first) * product) / secondSquare;
     const Int32x4 newSecond = nearestChannels(second + secondMove, secondIndex == 0);
-    const Int32x4 turned = Int32x4{} - firstIndex;
+    const Int32x4 turned = Int32x4{} - firstIndex; // a mask
     PvrtcColorPair pair;
-    storeBytes(pair[0].data(), chosen(turned, newSecond, newFirst), chosen(turned, newFirst, newSecond));
+    storeBytes(&pair, chosen(turned, newSecond, newFirst), chosen(turned, newFirst, newSecond));
     return pair;
 }
 

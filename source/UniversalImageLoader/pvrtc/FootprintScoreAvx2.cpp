@@ -1,15 +1,15 @@
-// The footprint scorer for processors with AVX2, for which this file alone is compiled.
+// The footprint scorers for processors with AVX2, for which this file alone is compiled.
 
 #include "FootprintScoring.h"
 
 namespace pvrtc {
 
-template <int Bits>
-FootprintScorer<Bits> avx2FootprintScorer() {
-    return scoreFootprint<Bits>;
+void scoreFootprintAvx2(const Footprint<2>& footprint, const ScoreRequest<2>& request, Score* scores) {
+    scoreFootprint(footprint, request, scores);
 }
 
-template FootprintScorer<2> avx2FootprintScorer<2>();
-template FootprintScorer<4> avx2FootprintScorer<4>();
+void scoreFootprintAvx2(const Footprint<4>& footprint, const ScoreRequest<4>& request, Score* scores) {
+    scoreFootprint(footprint, request, scores);
+}
 
 } // namespace pvrtc

@@ -27,15 +27,6 @@ struct Modulation {
 };
 
 template <int Bits>
-[[gnu::always_inline]] inline Int16s blended(Int16s sum, int channel) {
-    const bool isAlpha = channel == 3;
-    if constexpr (Bits == 2)
-        return isAlpha ? (sum >> 1) + (sum >> 5) : (sum >> 2) + (sum >> 7);
-    else
-        return isAlpha ? sum + (sum >> 4) : (sum >> 1) + (sum >> 6);
-}
-
-template <int Bits>
 void blendColors(const Footprint<Bits>& footprint, const ScoreRequest<Bits>& request,
                  Modulation<Bits>& modulation) {
     constexpr int step = sizeof(Int16s) / sizeof(std::int16_t);
@@ -46,7 +37,8 @@ void blendColors(const Footprint<Bits>& footprint, const ScoreRequest<Bits>& req
         for (int channel = 0; channel < 4; ++channel) {
             const auto end = [&](int which) {
                 const Int16s own = weight * request.colors[which][channel];
-                return blended<Bits>(load<Int16s>(footprint.base[which][channel] + at) + own, channel);
+                return pvrtcBlend(load<Int16s>(footprint.base[which][channel] + at) + own, channel == 3,
+                                  Bits);
             };
             const Int16s low = end(0);
             const Int16s high = end(1);
@@ -133,11 +125,12 @@ Score scoreLevels(const Footprint<Bits>& footprint, const Modulation<Bits>& modu
             high[channel] += multiplyAddPairs(highWeight, rest);
         }
     }
-    Score score;
-    store(&score.error, sums(folded(error), folded(lowHigh), folded(lowLow), folded(highHigh)));
-    score.sides[0] = sums(folded(low[0]), folded(low[1]), folded(low[2]), folded(low[3]));
-    score.sides[1] = sums(folded(high[0]), folded(high[1]), folded(high[2]), folded(high[3]));
-    return score;
+    const Int32x4 common = sums(folded(error), folded(lowHigh), folded(lowLow), folded(highHigh));
+    return {common[0],
+            common[1],
+            {common[2], common[3]},
+            {sums(folded(low[0]), folded(low[1]), folded(low[2]), folded(low[3])),
+             sums(folded(high[0]), folded(high[1]), folded(high[2]), folded(high[3]))}};
 }
 
 /// The masks of eight lanes of a 4-bit footprint; those of the empty row are none.

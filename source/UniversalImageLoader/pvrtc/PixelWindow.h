@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BlockGrid.h"
+#include "WorkingImage.h"
 
 #include <algorithm>
 

@@ -34,8 +34,10 @@ std::uint32_t pvrtcPackColors(const PvrtcColorPair& colors);
 std::vector<std::uint32_t> pvrtcBlockOrder(int columns, int rows);
 
 /// Where a value of 8 bits stands with red, green and blue or alpha of the four nearest blocks weighted and
-/// summed up; weights add up to 16 with 4 bits a pixel and to 32 with 2 bits.
-constexpr int pvrtcBlend(int sum, bool isAlpha, int bits) {
+/// summed up; weights add up to 16 with 4 bits a pixel and to 32 with 2 bits. `Sum`: an integer or a vector
+/// of them.
+template <class Sum>
+constexpr Sum pvrtcBlend(Sum sum, bool isAlpha, int bits) {
     if (bits == 2)
         return isAlpha ? (sum >> 1) + (sum >> 5) : (sum >> 2) + (sum >> 7);
     return isAlpha ? sum + (sum >> 4) : (sum >> 1) + (sum >> 6);

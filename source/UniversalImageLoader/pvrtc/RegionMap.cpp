@@ -14,8 +14,7 @@ constexpr std::uint8_t distance(std::uint8_t a, std::uint8_t b) {
 }
 
 /// Pixels side by side, in rows or columns of a window, that belong together: their colours are alike, and
-/// one of them at least lies on no edge, by its second difference along the line. `step` is the distance of
-/// neighbours and `lineStep` that of lines in pixels.
+/// one of them at least lies on no edge, by its second difference along the line.
 template <int Bits>
 class Joints {
 public:

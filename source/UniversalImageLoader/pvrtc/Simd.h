@@ -58,15 +58,16 @@ template <class Vector, class Element>
 }
 
 /// Twice four elements from 0 to 255.
-[[gnu::always_inline]] static inline void storeBytes(std::uint8_t* to, Int32x4 first, Int32x4 second) {
+[[gnu::always_inline]] static inline void storeBytes(void* to, Int32x4 first, Int32x4 second) {
 #if defined(__SSE2__)
     const __m128i words =
         _mm_packs_epi32(reinterpret_cast<__m128i>(first), reinterpret_cast<__m128i>(second));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm_packus_epi16(words, words));
+    _mm_storel_epi64(static_cast<__m128i*>(to), _mm_packus_epi16(words, words));
 #else
+    auto* bytes = static_cast<std::uint8_t*>(to);
     for (int lane = 0; lane < 4; ++lane) {
-        to[lane] = static_cast<std::uint8_t>(first[lane]);
-        to[lane + 4] = static_cast<std::uint8_t>(second[lane]);
+        bytes[lane] = static_cast<std::uint8_t>(first[lane]);
+        bytes[lane + 4] = static_cast<std::uint8_t>(second[lane]);
     }
 #endif
 }
@@ -83,12 +84,14 @@ template <class Vector, class Element>
 }
 
 /// Eight elements from 0 to 255.
-[[gnu::always_inline]] static inline Int16x8 loadBytes(const std::uint8_t* from) {
+[[gnu::always_inline]] static inline Int16x8 loadBytes(const void* from) {
 #if defined(__SSE2__)
-    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from));
+    const __m128i bytes = _mm_loadl_epi64(static_cast<const __m128i*>(from));
     return reinterpret_cast<Int16x8>(_mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
 #else
-    return Int16x8{from[0], from[1], from[2], from[3], from[4], from[5], from[6], from[7]};
+    std::uint8_t b[8];
+    __builtin_memcpy(b, from, sizeof b);
+    return Int16x8{b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]};
 #endif
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ColorRows.h"
+#include "WorkingImage.h"
 
 namespace pvrtc {
 

@@ -1,28 +1,17 @@
 #include "PKMLoaderPlugin.h"
 
 #include "PkmFormat.h"
-#include "PluginImage.h"
 
 namespace QtUniversalImageLoader {
 
 PKMLoaderPlugin::PKMLoaderPlugin()
-    : ImageLoaderPlugin({QStringLiteral("pkm")}, QStringLiteral("PKM"), true) {}
+    : FormatPlugin({QStringLiteral("pkm")}, QStringLiteral("PKM"), QStringLiteral("pkm"),
+                   {{QStringLiteral("pkm"), QStringLiteral("PKM file format (etc1)")}}) {}
 
-bool PKMLoaderPlugin::save(const QString& path, const QImage& image, const QHash<QString, QVariant>&) const {
-    return PluginImage::save(path, [&](QIODevice& device) { return writePkm(device, image); });
-}
+QImage PKMLoaderPlugin::read(QIODevice& device, const QString&, Options&) const { return readPkm(device); }
 
-bool PKMLoaderPlugin::load(const QString& path, QImage* image, QString* format,
-                           QHash<QString, QVariant>*) const {
-    if (!PluginImage::load(path, image, readPkm))
-        return false;
-    if (format)
-        *format = QStringLiteral("pkm");
-    return true;
-}
-
-QMap<QString, QString> PKMLoaderPlugin::formats() const {
-    return {{QStringLiteral("pkm"), QStringLiteral("PKM file format (etc1)")}};
+bool PKMLoaderPlugin::write(QIODevice& device, const QImage& image, const QString&, const Options&) const {
+    return writePkm(device, image);
 }
 
 } // namespace QtUniversalImageLoader

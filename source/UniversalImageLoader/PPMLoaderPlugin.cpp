@@ -1,6 +1,5 @@
 #include "PPMLoaderPlugin.h"
 
-#include "PluginImage.h"
 #include "PpmFormat.h"
 
 #include <QCoreApplication>
@@ -29,27 +28,23 @@ std::optional<PPM_Format> flavourOf(const QVariant& value) {
 
 } // namespace
 
-PPMLoaderPlugin::PPMLoaderPlugin() : ImageLoaderPlugin({QStringLiteral("ppm")}, QStringLiteral("PPM"), true) {
+PPMLoaderPlugin::PPMLoaderPlugin()
+    : FormatPlugin({QStringLiteral("ppm")}, QStringLiteral("PPM"), QStringLiteral("ppm"),
+                   {{QStringLiteral("ppm"), QStringLiteral("Netpbm color image format")}}) {
     qRegisterMetaType<PPM_Format>("UniversalImageLoader::PPM_Format");
 }
 
-bool PPMLoaderPlugin::save(const QString& path, const QImage& image,
-                           const QHash<QString, QVariant>& options) const {
-    const std::optional<PPM_Format> flavour = flavourOf(options.value(formatOption));
-    return flavour &&
-           PluginImage::save(path, [&](QIODevice& device) { return writePpm(device, image, *flavour); });
+QImage PPMLoaderPlugin::read(QIODevice& device, const QString&, Options& options) const {
+    PPM_Format flavour = UniversalImageLoader::binary;
+    const QImage image = readPpm(device, &flavour);
+    options.insert(formatOption, QVariant::fromValue(flavour));
+    return image;
 }
 
-bool PPMLoaderPlugin::load(const QString& path, QImage* image, QString* format,
-                           QHash<QString, QVariant>* options) const {
-    PPM_Format flavour = UniversalImageLoader::binary;
-    if (!PluginImage::load(path, image, [&](QIODevice& device) { return readPpm(device, &flavour); }))
-        return false;
-    if (format)
-        *format = QStringLiteral("ppm");
-    if (options)
-        options->insert(formatOption, QVariant::fromValue(flavour));
-    return true;
+bool PPMLoaderPlugin::write(QIODevice& device, const QImage& image, const QString&,
+                            const Options& options) const {
+    const std::optional<PPM_Format> flavour = flavourOf(options.value(formatOption));
+    return flavour && writePpm(device, image, *flavour);
 }
 
 QList<ImageLoaderOption> PPMLoaderPlugin::optionList() const {
@@ -65,10 +60,6 @@ QList<ImageLoaderOption> PPMLoaderPlugin::optionList() const {
              {choice("binary", "Binary", "Color data stored as binary values", UniversalImageLoader::binary),
               choice("ascii", "ASCII", "Color data stored as decimal numbers in ASCII",
                      UniversalImageLoader::ascii)}}};
-}
-
-QMap<QString, QString> PPMLoaderPlugin::formats() const {
-    return {{QStringLiteral("ppm"), QStringLiteral("Netpbm color image format")}};
 }
 
 } // namespace QtUniversalImageLoader

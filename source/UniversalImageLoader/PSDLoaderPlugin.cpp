@@ -1,28 +1,15 @@
 #include "PSDLoaderPlugin.h"
 
-#include "PluginImage.h"
 #include "PsdReader.h"
 
 namespace QtUniversalImageLoader {
 
 PSDLoaderPlugin::PSDLoaderPlugin()
-    : ImageLoaderPlugin({QStringLiteral("psd")}, QStringLiteral("PSD"), true) {}
+    : FormatPlugin({QStringLiteral("psd")}, QStringLiteral("PSD"), QStringLiteral("psd"),
+                   {{QStringLiteral("psd"), QStringLiteral("Photoshop image format")}}) {}
 
-bool PSDLoaderPlugin::save(const QString&, const QImage&, const QHash<QString, QVariant>&) const {
-    return false;
-}
+QImage PSDLoaderPlugin::read(QIODevice& device, const QString&, Options&) const { return readPsd(device); }
 
-bool PSDLoaderPlugin::load(const QString& path, QImage* image, QString* format,
-                           QHash<QString, QVariant>*) const {
-    if (!PluginImage::load(path, image, readPsd))
-        return false;
-    if (format)
-        *format = QStringLiteral("psd");
-    return true;
-}
-
-QMap<QString, QString> PSDLoaderPlugin::formats() const {
-    return {{QStringLiteral("psd"), QStringLiteral("Photoshop image format")}};
-}
+bool PSDLoaderPlugin::write(QIODevice&, const QImage&, const QString&, const Options&) const { return false; }
 
 } // namespace QtUniversalImageLoader

@@ -1,26 +1,19 @@
 #pragma once
 
-#include "ImageLoaderPlugin.h"
+#include "FormatPlugin.h"
 
 namespace QtUniversalImageLoader {
 
 /// The merged pictures of Photoshop files; read only.
-class PSDLoaderPlugin : public ImageLoaderPlugin {
+class PSDLoaderPlugin : public FormatPlugin {
 public:
     PSDLoaderPlugin();
-
-    /// False.
-    bool save(const QString& path, const QImage& image,
-              const QHash<QString, QVariant>& options) const override;
-
-    /// `*options` stays untouched.
-    bool load(const QString& path, QImage* image, QString* format,
-              QHash<QString, QVariant>* options) const override;
-
-    QList<ImageLoaderOption> optionList() const override { return {}; }
-    bool canRead() const override { return true; }
     bool canWrite() const override { return false; }
-    QMap<QString, QString> formats() const override;
+
+protected:
+    QImage read(QIODevice& device, const QString& path, Options& options) const override;
+    bool write(QIODevice& device, const QImage& image, const QString& path,
+               const Options& options) const override;
 };
 
 } // namespace QtUniversalImageLoader

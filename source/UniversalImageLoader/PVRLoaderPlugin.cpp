@@ -74,42 +74,32 @@ ImageLoaderOption pixelTypes() {
 } // namespace
 
 PVRLoaderPlugin::PVRLoaderPlugin()
-    : ImageLoaderPlugin({QStringLiteral("pvrtc"), QStringLiteral("pvr.gz"), QStringLiteral("pvr.ccz"),
-                         QStringLiteral("pvr")},
-                        QStringLiteral("PVR"), true) {}
+    : FormatPlugin({QStringLiteral("pvrtc"), QStringLiteral("pvr.gz"), QStringLiteral("pvr.ccz"),
+                    QStringLiteral("pvr")},
+                   QStringLiteral("PVR"), QStringLiteral("pvr"),
+                   {{QStringLiteral("pvr"), QStringLiteral("PowerVR image format")},
+                    {QStringLiteral("pvrtc"), QStringLiteral("PowerVR image format")},
+                    {QStringLiteral("pvr.ccz"), QStringLiteral("PowerVR image format (zlib)")},
+                    {QStringLiteral("pvr.gz"), QStringLiteral("PowerVR image format (gz)")}}) {}
 
-bool PVRLoaderPlugin::save(const QString& path, const QImage& image,
-                           const QHash<QString, QVariant>& options) const {
+QImage PVRLoaderPlugin::read(QIODevice& device, const QString& path, Options& options) const {
+    options.clear();
     const Container* container = containerOf(path);
-    return container && PluginImage::save(path, [&](QIODevice& device) {
-               const QByteArray file = pvr2Data(image, options);
-               return !file.isEmpty() && PluginImage::writeAll(device, container->wrap(file));
-           });
+    return container ? container->read(device) : QImage();
 }
 
-bool PVRLoaderPlugin::load(const QString& path, QImage* image, QString* format,
-                           QHash<QString, QVariant>* options) const {
+bool PVRLoaderPlugin::write(QIODevice& device, const QImage& image, const QString& path,
+                            const Options& options) const {
     const Container* container = containerOf(path);
-    if (!container || !PluginImage::load(path, image, container->read))
+    if (!container)
         return false;
-    if (format)
-        *format = QStringLiteral("pvr");
-    if (options)
-        options->clear();
-    return true;
+    const QByteArray file = pvr2Data(image, options);
+    return !file.isEmpty() && PluginImage::writeAll(device, container->wrap(file));
 }
 
 QList<ImageLoaderOption> PVRLoaderPlugin::optionList() const {
     return {pixelTypes(), flag("premultipliedAlpha", "Premultiplied alpha"),
             flag("flipped", "Image flipped")};
-}
-
-QMap<QString, QString> PVRLoaderPlugin::formats() const {
-    const QString description = QStringLiteral("PowerVR image format");
-    return {{QStringLiteral("pvr"), description},
-            {QStringLiteral("pvrtc"), description},
-            {QStringLiteral("pvr.ccz"), QStringLiteral("PowerVR image format (zlib)")},
-            {QStringLiteral("pvr.gz"), QStringLiteral("PowerVR image format (gz)")}};
 }
 
 } // namespace QtUniversalImageLoader

@@ -1,29 +1,22 @@
 #pragma once
 
-#include "ImageLoaderPlugin.h"
+#include "FormatPlugin.h"
 
 namespace QtUniversalImageLoader {
 
-/// PVR textures: plain, in gzip and in the zlib container of the cocos2d engine.
-class PVRLoaderPlugin : public ImageLoaderPlugin {
+/// PVR textures: plain, in gzip and in the zlib container of the cocos2d engine, as the end of the path
+/// tells, in any case: ".pvr" or ".pvrtc", ".pvr.gz", ".pvr.ccz"; no other path is read or written. Writes
+/// version 2 and takes the options of pvr2Data(); "pixelType" isn't read, and "premultipliedAlpha" changes
+/// nothing, as version 2 has no place for it. Loading empties the options.
+class PVRLoaderPlugin : public FormatPlugin {
 public:
     PVRLoaderPlugin();
-
-    /// Writes version 2 into the container that the end of the path tells, in any case: ".pvr" or ".pvrtc",
-    /// ".pvr.ccz", ".pvr.gz". False for any other path. `options` holds what pvr2Data() takes; it doesn't
-    /// read "pixelType". "premultipliedAlpha" changes nothing, as version 2 has no place for it. No
-    /// half-written file stays.
-    bool save(const QString& path, const QImage& image,
-              const QHash<QString, QVariant>& options) const override;
-
-    /// `*options` is emptied.
-    bool load(const QString& path, QImage* image, QString* format,
-              QHash<QString, QVariant>* options) const override;
-
     QList<ImageLoaderOption> optionList() const override;
-    bool canRead() const override { return true; }
-    bool canWrite() const override { return true; }
-    QMap<QString, QString> formats() const override;
+
+protected:
+    QImage read(QIODevice& device, const QString& path, Options& options) const override;
+    bool write(QIODevice& device, const QImage& image, const QString& path,
+               const Options& options) const override;
 };
 
 } // namespace QtUniversalImageLoader

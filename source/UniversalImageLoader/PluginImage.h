@@ -3,9 +3,6 @@
 #include <QByteArray>
 #include <QIODevice>
 #include <QImage>
-#include <QString>
-
-#include <functional>
 
 /// What the plug-ins of our own formats share. Their pictures are Format_ARGB32, or Format_RGB32 where the
 /// format has no alpha.
@@ -23,14 +20,6 @@ inline const QRgb* row(const QImage& image, int y) {
 
 /// Any picture as one of ours.
 QImage toPlugin(const QImage& image);
-
-/// Opens the file and takes the picture that `read` gives. False for a null `image`, a file that can't be
-/// opened and a null picture.
-bool load(const QString& path, QImage* image, const std::function<QImage(QIODevice&)>& read);
-
-/// Writes a file that appears under its name only when it is complete. False if it can't be written or
-/// `write` says so.
-bool save(const QString& path, const std::function<bool(QIODevice&)>& write);
 
 /// False if not all bytes were written.
 bool writeAll(QIODevice& device, const QByteArray& bytes);

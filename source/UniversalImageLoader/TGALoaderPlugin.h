@@ -1,26 +1,18 @@
 #pragma once
 
-#include "ImageLoaderPlugin.h"
+#include "FormatPlugin.h"
 
 namespace QtUniversalImageLoader {
 
-/// Targa files.
-class TGALoaderPlugin : public ImageLoaderPlugin {
+/// Targa files. Loading empties the options.
+class TGALoaderPlugin : public FormatPlugin {
 public:
     TGALoaderPlugin();
 
-    /// No half-written file stays.
-    bool save(const QString& path, const QImage& image,
-              const QHash<QString, QVariant>& options) const override;
-
-    /// `*options` is emptied.
-    bool load(const QString& path, QImage* image, QString* format,
-              QHash<QString, QVariant>* options) const override;
-
-    QList<ImageLoaderOption> optionList() const override { return {}; }
-    bool canRead() const override { return true; }
-    bool canWrite() const override { return true; }
-    QMap<QString, QString> formats() const override;
+protected:
+    QImage read(QIODevice& device, const QString& path, Options& options) const override;
+    bool write(QIODevice& device, const QImage& image, const QString& path,
+               const Options& options) const override;
 };
 
 } // namespace QtUniversalImageLoader

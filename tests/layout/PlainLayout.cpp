@@ -5,15 +5,8 @@
 #include "PlainAlgorithm.h"
 #include "Sprite.h"
 
-PlainLayout::PlainLayout(const SizeSearchInput& input, PlainMaxRects::Contact contact) {
-    parameters.setSprites(input.sprites);
-    parameters.setAllowRotation(input.allowRotation);
-    parameters.setSizeConstraints(input.sizeConstraints);
-    parameters.setForceSquared(input.forceSquared);
-    parameters.setForceWordAligned(input.forceWordAligned);
-    parameters.setBorderPadding(input.borderPadding);
-    parameters.setShapePadding(input.shapePadding);
-    parameters.setAlgorithmSettings(input.algorithmSettings);
+PlainLayout::PlainLayout(const SizeSearchInput& input, PlainMaxRects::Contact contact)
+    : parameters(parametersFor(input)) {
     const bool basic = input.algorithmSettings->algorithm() == AlgorithmSettings::AlgorithmId::Basic;
     PlainSizeSearch search(input, [&](QSize size, bool firstFit) {
         sizes.append(size);

@@ -48,29 +48,29 @@ QByteArray palette(int count, bool isGray = false) {
     return colors;
 }
 
-/// What the optimiser makes of a file, with a single trial.
-QByteArray optimized(const QByteArray& file, const std::function<void(PngOptions&)>& change = {}) {
+using Change = std::function<void(PngOptions&)>;
+
+/// What the optimiser says of a file, and what it makes of it, with a single trial.
+std::pair<QString, QByteArray> tried(const QByteArray& file, const Change& change) {
     PngOptions options;
     options.optimLevel = 1;
     if (change)
         change(options);
     QBuffer output;
     EXPECT_TRUE(output.open(QIODevice::WriteOnly));
-    EXPECT_EQ(optimizePng(file, output, options), QString());
-    EXPECT_EQ(PngFile::pixels(output.data()), PngFile::pixels(file));
-    EXPECT_FALSE(PngFile::pixels(file).empty());
-    return output.data();
+    const QString said = optimizePng(file, output, options);
+    return {said, output.data()};
 }
 
-QString fault(const QByteArray& file, const std::function<void(PngOptions&)>& change = {}) {
-    PngOptions options;
-    options.optimLevel = 1;
-    if (change)
-        change(options);
-    QBuffer output;
-    EXPECT_TRUE(output.open(QIODevice::WriteOnly));
-    return optimizePng(file, output, options);
+QByteArray optimized(const QByteArray& file, const Change& change = {}) {
+    const auto [said, result] = tried(file, change);
+    EXPECT_EQ(said, QString());
+    EXPECT_EQ(PngFile::pixels(result), PngFile::pixels(file));
+    EXPECT_FALSE(PngFile::pixels(file).empty());
+    return result;
 }
+
+QString fault(const QByteArray& file, const Change& change = {}) { return tried(file, change).first; }
 
 /// Colour type and bit depth, and the numbers of colours and alpha values.
 std::vector<int> type(const QByteArray& file) {

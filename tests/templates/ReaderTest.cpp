@@ -175,7 +175,7 @@ TEST_F(ShippedTemplate, godot4) {
     EXPECT_EQ(textOf({{"animations", read.value("animations")}}), textOf({{"animations", animations}}));
 }
 
-// After the specification of styles: an object with one entry an icon; what isn't known inside one is
+// As styles have it: an object with one entry an icon; what isn't known inside one is
 // ignored.
 TEST_F(ShippedTemplate, mapsprite) {
     for (const auto& [name, ratio] : {std::pair("sprite@2x.png", 2.0), {"sprite.png", 1.0}}) {

@@ -46,6 +46,8 @@ qint64 usedArea(const PackedTexture& texture) {
     return saturated::add(texture.area(), saturated::multiply(-1, texture.freeArea()));
 }
 
+} // namespace
+
 PackerParameters parametersFor(const SizeSearchInput& input) {
     PackerParameters parameters;
     parameters.setAllowRotation(input.allowRotation);
@@ -58,8 +60,6 @@ PackerParameters parametersFor(const SizeSearchInput& input) {
     parameters.setAlgorithmSettings(input.algorithmSettings);
     return parameters;
 }
-
-} // namespace
 
 SizeSearch::SizeSearch(const SizeSearchInput& input, const Callbacks& callbacks)
     : m_input(input), m_callbacks(callbacks), m_attempts(parametersFor(input), callbacks.attempt) {}

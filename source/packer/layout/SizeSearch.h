@@ -19,6 +19,9 @@ struct SizeSearchInput {
     QList<Sprite> sprites;
 };
 
+/// What is the same for all attempts of a search.
+PackerParameters parametersFor(const SizeSearchInput& input);
+
 /// Finds the size of the sheet: coarse sizes first, from the smallest area upwards, then, unless the sides
 /// have to be powers of two, a bisection of both sides. Runs in the worker thread; attempts that the search
 /// will make in any case, or very likely, are made ahead on all cores.

@@ -45,9 +45,27 @@ void DeflateParser::insert(std::size_t position) {
     last = static_cast<std::uint32_t>(position + 1);
 }
 
+/// What a match at a distance saves, if it is longer than all before; then it is the longest.
+inline int DeflateParser::gainOf(Search& search, std::size_t distance) const {
+    if (search.longest >= search.limit)
+        return 0;
+    const std::uint8_t* const there = search.here - distance;
+    const std::uint64_t difference = eightBytes(there) ^ search.start;
+    std::size_t length = std::min(static_cast<std::size_t>(std::countr_zero(difference)) / 8, search.limit);
+    if (difference == 0 && there[search.longest] == search.here[search.longest])
+        length = commonLength(search.here, there, search.limit);
+    if (length <= search.longest)
+        return 0;
+    search.longest = length;
+    for (; search.counted < length; ++search.counted)
+        search.literals += m_costs.literal(search.here[search.counted]);
+    return search.literals - m_costs.match(length, distance);
+}
+
 /// Looks for a match that saves more than `match`, which it then becomes.
 bool DeflateParser::find(std::size_t position, Match& match) const {
-    Search search{m_bytes + position, std::min(m_end - position, deflateFormat::longestMatch)};
+    Search search{m_bytes + position, eightBytes(m_bytes + position),
+                  std::min(m_end - position, deflateFormat::longestMatch)};
     bool found = false;
     const auto tryDistance = [&](std::size_t distance) {
         const int gain = gainOf(search, distance);
@@ -58,9 +76,9 @@ bool DeflateParser::find(std::size_t position, Match& match) const {
     };
     const std::size_t oldest = position - std::min(position, deflateFormat::window - 1);
     std::size_t place = m_last[hash(position)];
-    // Behind a long match there is time for a long search.
-    for (int left = m_effort + m_credit; place > oldest && left > 0 && search.longest < search.limit;
-         --left) {
+    // Among noise a search seldom pays; behind a long match there is time for a long one.
+    for (int left = (m_effort >> std::min(m_misses / patience, 4)) + m_credit;
+         place > oldest && left > 0 && search.longest < search.limit; --left) {
         tryDistance(position + 1 - place);
         // A place that was overwritten leads to a later one.
         const std::size_t previous = m_previous[(place - 1) % deflateFormat::window];
@@ -73,20 +91,6 @@ bool DeflateParser::find(std::size_t position, Match& match) const {
         if (distance <= position)
             tryDistance(distance);
     return found;
-}
-
-/// What a match at a distance saves, if it is longer than all before; then it is the longest.
-int DeflateParser::gainOf(Search& search, std::size_t distance) const {
-    const std::uint8_t* const there = search.here - distance;
-    if (search.longest >= search.limit || there[search.longest] != search.here[search.longest])
-        return 0;
-    const std::size_t length = commonLength(search.here, there, search.limit);
-    if (length <= search.longest)
-        return 0;
-    search.longest = length;
-    for (; search.counted < length; ++search.counted)
-        search.literals += m_costs.literal(search.here[search.counted]);
-    return search.literals - m_costs.match(length, distance);
 }
 
 void DeflateParser::add(DeflateSymbols& block, std::size_t length, std::size_t value) {
@@ -109,7 +113,11 @@ void DeflateParser::takeMatch(DeflateSymbols& block, Match match) {
         m_recent[1] = m_recent[0];
         m_recent[0] = match.distance;
     }
-    for (const std::size_t end = m_position + match.length; ++m_position < end;)
+    const std::size_t end = m_position + match.length;
+    // Within a run all places are as good as the last ones.
+    if (match.length >= longMatch && match.distance < shortestMatch)
+        m_position = end - longMatch / 2;
+    while (++m_position < end)
         insert(m_position);
 }
 
@@ -121,6 +129,7 @@ bool DeflateParser::nextBlock(DeflateSymbols& block) {
         Match match;
         const bool found = find(m_position, match);
         insert(m_position);
+        m_misses = found ? 0 : m_misses + 1;
         if (found)
             takeMatch(block, match);
         else

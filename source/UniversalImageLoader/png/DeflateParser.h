@@ -24,6 +24,7 @@ private:
     static constexpr std::size_t longMatch = 32;
     static constexpr std::size_t firstLearning = 1 << 7;
     static constexpr std::size_t lastLearning = 1 << 13;
+    static constexpr int patience = 8; ///< so many places without a match halve what the next ones are worth
     static constexpr int hashBits = 15;
 
     struct Match {
@@ -34,7 +35,8 @@ private:
 
     struct Search {
         const std::uint8_t* here;
-        std::size_t limit; ///< of a match's length
+        std::uint64_t start; ///< the first eight bytes there
+        std::size_t limit;   ///< of a match's length
         std::size_t longest = shortestMatch - 1;
         std::size_t counted = 0; ///< bytes whose cost as literals is known
         int literals = 0;
@@ -52,6 +54,7 @@ private:
     const std::size_t m_end;
     const int m_effort;
     int m_credit = 0;                       ///< places that may be looked at beyond that
+    int m_misses = 0;                       ///< places without a match since the last one
     std::size_t m_learnt = 0;               ///< symbols of the block that costs were taken from
     std::size_t m_learning = firstLearning; ///< how many more make it worth while again
     DeflateCosts m_costs;

@@ -91,8 +91,9 @@ void SheetStream::filterRows(std::size_t first, std::size_t count, bool adaptive
     }
 }
 
-std::uint64_t deflatedBits(const std::uint8_t* bytes, std::size_t begin, std::size_t end) {
-    DeflateParser parser(bytes, begin, end, guessEffort);
+/// `bytes` for themselves: what lies before them may be under way on another core.
+std::uint64_t deflatedBits(const std::uint8_t* bytes, std::size_t size) {
+    DeflateParser parser(bytes, 0, size, guessEffort);
     DeflateWriter writer(bytes);
     for (DeflateSymbols block; parser.nextBlock(block);)
         writer.write(block, false);
@@ -110,7 +111,7 @@ bool SheetStream::isSmallerUnfiltered(const Band& band) {
         const std::size_t first = band.firstRow + (band.rows - rows) * (2 * i + 1) / (2 * samples);
         const auto bits = [&](bool isAdaptive) {
             filterRows(first, rows, isAdaptive);
-            return deflatedBits(m_filtered.data(), filteredBytes(first), filteredBytes(first + rows));
+            return deflatedBits(filtered(first), filteredBytes(rows));
         };
         adaptive += bits(true);
         unfiltered += bits(false);

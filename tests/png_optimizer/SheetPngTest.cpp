@@ -58,8 +58,8 @@ std::map<std::string, QImage> pictures() {
     all["a column"] = drawn({1, 5000}, QImage::Format_ARGB32, blocks);
     all["painted"] = painted({200, 150}, QImage::Format_ARGB32);
     all["premultiplied"] = painted({90, 150}, QImage::Format_ARGB32_Premultiplied);
-    // More than a band, the first of them drawn.
-    QImage bands = painted({700, 1100}, QImage::Format_ARGB32);
+    // Three bands, the first of them drawn, and one of three rows.
+    QImage bands = painted({700, 3 * 374 + 3}, QImage::Format_ARGB32);
     QPainter(&bands).drawImage(0, 0, drawn({700, 400}, QImage::Format_ARGB32, blocks));
     all["bands"] = bands;
     all["text and color space"] = drawn({20, 20}, QImage::Format_ARGB32, blocks);

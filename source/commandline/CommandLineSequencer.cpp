@@ -6,6 +6,7 @@
 #include "HelpText.h"
 #include "OptionParser.h"
 #include "PackerJob.h"
+#include "PoolOrder.h"
 #include "Settings.h"
 #include "Sorvane.h"
 
@@ -34,16 +35,18 @@ std::unique_ptr<Settings> loadProject(const QString& fileName) {
 } // namespace
 
 CommandLineSequencer::CommandLineSequencer(const QStringList& arguments)
-    : m_arguments(arguments), m_queue(new Sorvane) {
+    : m_arguments(arguments), m_queue(std::make_unique<Sorvane>()) {
     m_queue->moveToThread(&m_workerThread);
-    connect(&m_workerThread, &QThread::finished, m_queue, &QObject::deleteLater);
-    connect(this, &CommandLineSequencer::newJob, m_queue, &Sorvane::addJob);
-    connect(this, &CommandLineSequencer::shutDown, m_queue, &Sorvane::shutDown);
+    connect(this, &CommandLineSequencer::newJob, m_queue.get(), &Sorvane::addJob);
+    connect(this, &CommandLineSequencer::shutDown, m_queue.get(), &Sorvane::shutDown);
 }
 
 CommandLineSequencer::~CommandLineSequencer() {
     m_workerThread.quit();
     m_workerThread.wait();
+    // Where the thread has ended, its objects may be deleted by another one.
+    PoolOrder::takeOver(m_queue.get());
+    m_queue.reset();
 }
 
 void CommandLineSequencer::start() {
@@ -129,12 +132,13 @@ void CommandLineSequencer::parseOptions(Settings& settings) {
 
 void CommandLineSequencer::startJob() {
     const int mode = m_forcePublish ? PackerJob::ForcePublish : PackerJob::Publish;
-    auto* job = new PackerJob(m_queue, mode, m_settings->clone());
+    auto* job = new PackerJob(m_queue.get(), mode, m_settings->clone());
     connect(job, &PackerJob::error, this, &CommandLineSequencer::onError);
     connect(job, &PackerJob::warning, this, &CommandLineSequencer::onWarning);
     connect(job, &PackerJob::activity, this, &CommandLineSequencer::onActivity);
     connect(job, &PackerJob::done, this, &CommandLineSequencer::onJobDone);
     connect(job, &PackerJob::sheetUpdated, this, &CommandLineSequencer::onSheetUpdated);
+    PoolOrder::handOver(job);
     emit newJob(job);
 }
 
@@ -156,6 +160,7 @@ void CommandLineSequencer::onError(const QString& text) {
 void CommandLineSequencer::onSheetUpdated(const PackedResult&) {}
 
 void CommandLineSequencer::onJobDone(PackerJob* job) {
+    PoolOrder::takeOver(job);
     QMetaObject::invokeMethod(job, &PackerJob::deleteJob, Qt::QueuedConnection);
     processNextSvs();
 }

@@ -52,7 +52,7 @@ private:
 
     QStringList m_svsFiles; ///< still to process, the next one first
     QStringList m_arguments;
-    Sorvane* m_queue;
+    std::unique_ptr<Sorvane> m_queue; ///< lives in the worker thread until that ends
     QThread m_workerThread;
     std::unique_ptr<Settings> m_settings; ///< of the project in work
     int m_errorCount = 0;

@@ -6,14 +6,14 @@
 #include "FillResult.h"
 #include "PackerJob.h"
 #include "Settings.h"
+#include "SideBySide.h"
 #include "SizeSearch.h"
 #include "SpriteImageNode.h"
 
-#include <QtConcurrent>
-
 #include <algorithm>
 
-PackerCore::PackerCore(QObject* parent) : QObject(parent) {}
+// The tree is a child, too, so that it comes along when the queue moves to its thread.
+PackerCore::PackerCore(QObject* parent) : QObject(parent), m_tree(this) {}
 
 void PackerCore::setSettings(Settings* settings) { m_settings = settings; }
 
@@ -72,7 +72,9 @@ void PackerCore::updateSprites() {
 
     emit activity(2, QStringLiteral("Optimizing sprites"));
     const Settings& settings = *m_settings;
-    QtConcurrent::blockingMap(m_sprites, [&settings](Sprite& sprite) {
+    const auto first = m_sprites.begin();
+    sideBySide(static_cast<std::size_t>(m_sprites.size()), [&settings, first](std::size_t number) {
+        Sprite& sprite = first[static_cast<int>(number)];
         sprite.clearAliases();
         sprite.update(settings);
     });

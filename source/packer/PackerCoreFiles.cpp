@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 QString PackerCore::tokenFor(const QString& sourcesText) const {
     const DataExporter* found = DataExporterRegistry::instance().find(m_settings->dataFormat());
@@ -55,6 +56,8 @@ void PackerCore::writeData(const PackedTexture& texture) {
     writer.setFileName(fileName);
     emit activity(
         1, QStringLiteral("Writing data for %1 to %2").arg(m_settings->dataFormat(), writer.fileName()));
+    // Formats outlive the image cache's users: an image that one still held would stay in its temporary file.
+    const auto release = qScopeGuard([&writer] { writer.setInput(nullptr, PackedTexture()); });
     try {
         writer.setInput(m_settings, texture);
         writer.setSmartUpdateKey(m_smartUpdateKey);

@@ -5,6 +5,7 @@
 #include "GlobalSettings.h"
 #include "OutputAmongSources.h"
 #include "PackerCore.h"
+#include "PoolOrder.h"
 #include "Settings.h"
 #include "SmartUpdate.h"
 #include "VariantDerivation.h"
@@ -233,6 +234,7 @@ void PackerJob::finish() {
     disconnect(m_core, nullptr, this, nullptr);
     disconnect(m_core->tree(), nullptr, this, nullptr);
     m_state = State::Done;
+    PoolOrder::handOver(this);
     emit done(this);
 }
 

@@ -2,6 +2,7 @@
 
 #include "PackerCore.h"
 #include "PackerJob.h"
+#include "PoolOrder.h"
 
 #include <QDebug>
 #include <QThread>
@@ -9,6 +10,7 @@
 Sorvane::Sorvane(QObject* parent) : QObject(parent), m_core(new PackerCore(this)) {}
 
 void Sorvane::addJob(PackerJob* job) {
+    PoolOrder::takeOver(job);
     m_jobs.append(job);
     nextJob();
 }
@@ -35,5 +37,6 @@ void Sorvane::onJobFinished(PackerJob* job) {
 
 void Sorvane::shutDown() {
     emit terminated();
+    PoolOrder::handOver(this);
     thread()->exit(0);
 }

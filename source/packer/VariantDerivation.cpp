@@ -2,9 +2,8 @@
 
 #include "Error.h"
 #include "Settings.h"
+#include "SideBySide.h"
 #include "Sprite.h"
-
-#include <QtConcurrent>
 
 #include <optional>
 #include <vector>
@@ -52,11 +51,9 @@ public:
 
     std::vector<QImage> render(const QList<PackedSprite>& entries) const {
         std::vector<Rendered> results(entries.size());
-        std::vector<int> indices(entries.size());
-        for (int i = 0; i < entries.size(); ++i)
-            indices[i] = i;
-        QtConcurrent::blockingMap(indices,
-                                  [&](int index) { results[index] = render(entries.at(index).id()); });
+        sideBySide(results.size(), [&](std::size_t number) {
+            results[number] = render(entries.at(static_cast<int>(number)).id());
+        });
         std::vector<QImage> images;
         for (const Rendered& result : results) {
             if (result.error)

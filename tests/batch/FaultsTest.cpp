@@ -178,3 +178,100 @@ TEST_F(Faults, equalInputGivesEqualBytes) {
     EXPECT_EQ(withoutToken("one/a.json"), withoutToken("two/a.json"));
     EXPECT_NE(withoutToken("one/a.json"), QString::fromUtf8(content("one/a.json")));
 }
+
+namespace {
+
+/// Sprites of which the image cache holds not all: one more than a GiB takes, each a few KiB on disk.
+class LargeSprites : public Program {
+protected:
+    static constexpr int side = 2000;
+
+    void SetUp() override {
+        ASSERT_TRUE(QDir(m_folder.path()).mkpath(u("sprites/deep")));
+        ASSERT_TRUE(QDir(m_folder.path()).mkpath(u("temporary")));
+        addSprite("first.png", QSize(side, side), 0xffff0000);
+        addSprite("deep/0.png", QSize(side, side), 0xff0000ff);
+    }
+
+    void addCopies(int count) {
+        for (int number = 1; number < count; ++number)
+            ASSERT_TRUE(
+                QFile::copy(path("sprites/deep/0.png"), path("sprites/deep/") + u("%1.png").arg(number)));
+    }
+
+    /// A run whose images go to that folder when memory has no place for them.
+    Outcome run(const QString& temporaryFolder, const QString& options) const {
+        const QString command =
+            QStringLiteral("TMPDIR='%1' exec '%2' --format json --data a.json --sheet a.png "
+                           "--trim-mode None --disable-rotation %3 sprites")
+                .arg(temporaryFolder, program(), options);
+        return start(u("sh"), {u("-c"), command});
+    }
+
+    QStringList swapFiles(const QString& folder) const {
+        return QDir(folder).entryList({u("sorv.*")}, QDir::Files);
+    }
+
+    /// Whether the frame of that name is wholly of that colour.
+    bool isFilled(const QString& name, QRgb color) const {
+        const QJsonObject frames =
+            QJsonDocument::fromJson(content("a.json")).object().value(u("frames")).toObject();
+        const QJsonObject frame = frames.value(name).toObject().value(u("frame")).toObject();
+        const QRect place(frame.value(u("x")).toInt(), frame.value(u("y")).toInt(),
+                          frame.value(u("w")).toInt(), frame.value(u("h")).toInt());
+        QImage filled(place.size(), QImage::Format_ARGB32);
+        filled.fill(color);
+        return !place.isEmpty() &&
+               QImage(path("a.png")).copy(place).convertToFormat(QImage::Format_ARGB32) == filled;
+    }
+};
+
+// A file system that can't be written; a mere mode would not stop root.
+const char unwritable[] = "/proc";
+
+} // namespace
+
+TEST_F(LargeSprites, loadingWithoutATemporaryFolder) {
+    addCopies(67);
+    // The first sprite is swapped out when the last one comes, and prepared last.
+    const QString options = u("--scale 0.03 --disable-auto-alias");
+    Outcome outcome = run(path("temporary"), options);
+    EXPECT_EQ(outcome.status, 0) << qPrintable(outcome.err);
+    EXPECT_EQ(frames("a.json").size(), 68);
+    EXPECT_TRUE(isFilled(u("first.png"), 0xffff0000));
+    EXPECT_TRUE(isFilled(u("deep/66.png"), 0xff0000ff));
+    EXPECT_TRUE(swapFiles(path("temporary")).isEmpty());
+
+    QFile::remove(path("a.json"));
+    QFile::remove(path("a.png"));
+    for (const QString& folder : {u(unwritable), u("/no/such/folder")}) {
+        outcome = run(folder, options);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_TRUE(outcome.err.contains(u("error: Can't write file ") + folder + u("/sorv.")))
+            << qPrintable(outcome.err);
+        EXPECT_FALSE(QFile::exists(path("a.json")) || QFile::exists(path("a.png")));
+    }
+    EXPECT_TRUE(swapFiles(u("/")).isEmpty()) << "what isn't there must not become the root folder";
+}
+
+TEST_F(LargeSprites, preparingWithoutATemporaryFolder) {
+    addCopies(35);
+    const QString options = u("--max-size 4096");
+    Outcome outcome = run(path("temporary"), options);
+    EXPECT_EQ(outcome.status, 0) << qPrintable(outcome.err);
+    EXPECT_EQ(frames("a.json").size(), 36);
+    EXPECT_TRUE(swapFiles(path("temporary")).isEmpty()) << "none is left for somebody else to remove";
+
+    outcome = run(u(unwritable), options + u(" --force-publish"));
+    EXPECT_EQ(outcome.status, 0);
+    // Each sprite is on the sheet or told of.
+    QStringList told;
+    const QRegularExpression warning(u("warning: (.*): Can't write file /proc/sorv\\."));
+    for (auto match = warning.globalMatch(outcome.err); match.hasNext();)
+        told.append(match.next().captured(1));
+    EXPECT_FALSE(told.isEmpty()) << qPrintable(outcome.err);
+    QStringList all = frames("a.json") + told;
+    EXPECT_EQ(all.removeDuplicates(), 0);
+    EXPECT_EQ(all.size(), 36);
+    EXPECT_FALSE(QImage(path("a.png")).isNull());
+}

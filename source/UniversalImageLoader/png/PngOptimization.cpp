@@ -1,17 +1,16 @@
 #include "PngOptimization.h"
 
 #include "Error.h"
+#include "Meanwhile.h"
 #include "PngReader.h"
 #include "PngReductions.h"
 #include "PngTrials.h"
 #include "PngWriter.h"
 
-#include <QFutureSynchronizer>
-#include <QtConcurrent>
-
 #include <algorithm>
 #include <limits>
 #include <new>
+#include <optional>
 
 namespace {
 
@@ -31,12 +30,12 @@ public:
         if (!m_options.noIdatRecoding)
             m_trials = pngTrials(m_options, isIndexed);
         // Made meanwhile: the trials are worth what they are without it.
-        QFutureSynchronizer<QByteArray> coming;
+        std::optional<Meanwhile<QByteArray>> coming;
         if (!m_needsNewIdat)
-            coming.setFuture(QtConcurrent::run(original));
+            coming.emplace(original);
         tryAll();
-        if (!m_needsNewIdat)
-            compareWith(coming.futures().front().result());
+        if (coming)
+            compareWith(coming->take());
         m_log.print("Input IDAT size = %lu bytes\n", printable(m_input.idatSize));
         m_log.print("Input file size = %lu bytes\n", printable(m_input.fileSize));
         logTrials();

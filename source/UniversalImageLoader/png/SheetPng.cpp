@@ -43,8 +43,8 @@ private:
     std::uint8_t* filtered(std::size_t row) { return m_filtered.data() + filteredBytes(row); }
     void readRow(std::size_t y, std::uint8_t* target) const;
     void filterBand(const Band& band);
-    void filterRows(std::size_t first, std::size_t count, bool adaptive);
-    bool isSmallerUnfiltered(const Band& band);
+    void filterRows(std::size_t first, std::size_t count, bool adaptive, std::uint8_t* target) const;
+    bool isSmallerUnfiltered(const Band& band) const;
     void deflateBand(Band& band);
 
     const QImage m_image;
@@ -75,23 +75,24 @@ void SheetStream::readRow(std::size_t y, std::uint8_t* target) const {
     }
 }
 
-void SheetStream::filterRows(std::size_t first, std::size_t count, bool adaptive) {
+void SheetStream::filterRows(std::size_t first, std::size_t count, bool adaptive,
+                             std::uint8_t* target) const {
     RowFilter filter(m_bytesPerPixel, m_rowBytes);
     std::vector<std::uint8_t> row(m_rowBytes);
     std::vector<std::uint8_t> above(m_rowBytes);
     if (first > 0)
         readRow(first - 1, above.data());
-    for (std::size_t y = first; y < first + count; ++y) {
+    for (std::size_t y = first; y < first + count; ++y, target += filteredBytes(1)) {
         readRow(y, row.data());
         if (adaptive)
-            filter.adaptive(row.data(), above.data(), filtered(y));
+            filter.adaptive(row.data(), above.data(), target);
         else
-            filter.none(row.data(), filtered(y));
+            filter.none(row.data(), target);
         row.swap(above);
     }
 }
 
-/// `bytes` for themselves: what lies before them may be under way on another core.
+/// `bytes` for themselves, with DeflateParser::readable more behind them.
 std::uint64_t deflatedBits(const std::uint8_t* bytes, std::size_t size) {
     DeflateParser parser(bytes, 0, size, guessEffort);
     DeflateWriter writer(bytes);
@@ -101,17 +102,19 @@ std::uint64_t deflatedBits(const std::uint8_t* bytes, std::size_t size) {
 }
 
 /// Drawn pixels want no filter, painted ones do: two samples of the band tell what it has.
-bool SheetStream::isSmallerUnfiltered(const Band& band) {
+bool SheetStream::isSmallerUnfiltered(const Band& band) const {
     constexpr std::size_t samples = 2;
     constexpr std::size_t sampleBytes = std::size_t{1} << 15;
     const std::size_t rows = std::clamp<std::size_t>(sampleBytes / filteredBytes(1), 1, band.rows);
+    // Of their own: the parser reads bytes behind the sample, which in the picture may be another core's.
+    std::vector<std::uint8_t> sample(filteredBytes(rows) + DeflateParser::readable);
     std::uint64_t adaptive = 0;
     std::uint64_t unfiltered = 0;
     for (std::size_t i = 0; i < samples; ++i) {
         const std::size_t first = band.firstRow + (band.rows - rows) * (2 * i + 1) / (2 * samples);
         const auto bits = [&](bool isAdaptive) {
-            filterRows(first, rows, isAdaptive);
-            return deflatedBits(filtered(first), filteredBytes(rows));
+            filterRows(first, rows, isAdaptive, sample.data());
+            return deflatedBits(sample.data(), filteredBytes(rows));
         };
         adaptive += bits(true);
         unfiltered += bits(false);
@@ -120,7 +123,7 @@ bool SheetStream::isSmallerUnfiltered(const Band& band) {
 }
 
 void SheetStream::filterBand(const Band& band) {
-    filterRows(band.firstRow, band.rows, !isSmallerUnfiltered(band));
+    filterRows(band.firstRow, band.rows, !isSmallerUnfiltered(band), filtered(band.firstRow));
 }
 
 void SheetStream::deflateBand(Band& band) {

@@ -6,13 +6,18 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QMutexLocker>
 
 namespace {
 
 // The same text in both directions: what a user can do about it is the same.
 [[noreturn]] void throwFileError(const QString& fileName) {
     throw Error(Error::CacheFile, QStringLiteral("Can't write file %1").arg(fileName));
+}
+
+// Where the toolkit finds no such folder it says nothing, and files would land in the root folder.
+QString standardFolder() {
+    const QString folder = QDir::tempPath();
+    return folder.isEmpty() ? qEnvironmentVariable("TMPDIR") : folder;
 }
 
 // The process and the entry's address make the name unique among entries and program runs.
@@ -40,13 +45,13 @@ GImageCache* GImageCache::instance() {
 }
 
 GImageCache::GImageCache(quint64 limit, const QString& temporaryFolder)
-    : m_limit(limit), m_temporaryFolder(temporaryFolder.isEmpty() ? QDir::tempPath() : temporaryFolder) {}
+    : m_limit(limit), m_temporaryFolder(temporaryFolder.isEmpty() ? standardFolder() : temporaryFolder) {}
 
 GImageCache::~GImageCache() = default;
 
 GImageCache::Entry* GImageCache::add(const QImage& image) {
     auto* entry = new Entry(this, image);
-    QMutexLocker locker(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     append(entry);
     try {
         trim();
@@ -58,7 +63,7 @@ GImageCache::Entry* GImageCache::add(const QImage& image) {
 }
 
 QImage GImageCache::fetch(Entry* entry) {
-    QMutexLocker locker(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (entry->isNull)
         return QImage();
     if (entry->resident) {
@@ -78,7 +83,7 @@ QImage GImageCache::fetch(Entry* entry) {
 
 void GImageCache::release(Entry* entry) {
     {
-        QMutexLocker locker(&m_mutex);
+        const std::lock_guard lock(m_mutex);
         if (entry->resident && !entry->isNull) {
             m_entries.erase(entry->place);
             m_used -= bytes(*entry);
@@ -88,7 +93,7 @@ void GImageCache::release(Entry* entry) {
 }
 
 quint64 GImageCache::used() const {
-    QMutexLocker locker(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     return m_used;
 }
 

@@ -2,11 +2,11 @@
 
 #include <QImage>
 #include <QObject>
-#include <QRecursiveMutex>
 #include <QString>
 
 #include <atomic>
 #include <list>
+#include <mutex>
 
 /// Bounds what images cost in memory: above the limit the least recently used ones go to temporary files.
 /// Users hold images through GCachedImage and don't come here. Any thread may call; one recursive mutex
@@ -72,7 +72,7 @@ private:
     void trim();
     void swapOut(Entry* entry);
 
-    mutable QRecursiveMutex m_mutex;
+    mutable std::recursive_mutex m_mutex;
     std::list<Entry*> m_entries; ///< those in memory that count, least recently used first
     const quint64 m_limit;
     quint64 m_used = 0;

@@ -17,10 +17,9 @@ const QString formatOption = QStringLiteral("format");
 QString translated(const char* text) { return QCoreApplication::translate("PPMLoaderPlugin", text); }
 
 std::optional<PPM_Format> flavourOf(const QVariant& value) {
-    if (value.userType() == qMetaTypeId<PPM_Format>())
-        return value.value<PPM_Format>();
-    bool isNumber = false;
-    const int number = value.toInt(&isNumber);
+    const bool isFlavour = value.userType() == qMetaTypeId<PPM_Format>();
+    bool isNumber = isFlavour;
+    const int number = isFlavour ? int{value.value<PPM_Format>()} : value.toInt(&isNumber);
     if (!isNumber || (number != UniversalImageLoader::binary && number != UniversalImageLoader::ascii))
         return {};
     return static_cast<PPM_Format>(number);

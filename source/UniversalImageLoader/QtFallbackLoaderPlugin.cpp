@@ -4,10 +4,14 @@
 #include "ImageLimits.h"
 #include "ImageLoader.h"
 #include "OutputFile.h"
+#include "PngTexts.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QImageWriter>
+
+#include <limits>
 
 namespace QtUniversalImageLoader {
 
@@ -56,6 +60,26 @@ QByteArray writerFormat(const QString& path, const QString& asked) {
     return QImageWriter::supportedImageFormats().contains(suffix) ? suffix : asked.toLower().toLatin1();
 }
 
+/// Keeps a file's compressed texts from the toolkit, which would inflate them all; `buffer` takes what the
+/// reader reads then. False for files that can't be read that way.
+bool leaveTexts(QImageReader& reader, QBuffer& buffer) {
+    const QByteArray format = reader.format();
+    const bool isIcon = format == "ico" || format == "cur";
+    if (!isIcon && format != "png")
+        return true;
+    QIODevice& device = *reader.device();
+    if (device.size() > std::numeric_limits<int>::max() || !device.seek(0))
+        return false;
+    const QByteArray file = device.readAll();
+    if (isIcon && hasManyPngTexts(file))
+        return false;
+    buffer.setData(isIcon ? file : withoutPngTexts(file));
+    buffer.open(QIODevice::ReadOnly);
+    reader.setDevice(&buffer);
+    reader.setFormat(format);
+    return true;
+}
+
 } // namespace
 
 QtFallbackLoaderPlugin::QtFallbackLoaderPlugin(const ImageLoader& loader)
@@ -78,8 +102,10 @@ bool QtFallbackLoaderPlugin::load(const QString& path, QImage* image, QString* f
     if (!image)
         return false;
     QImageReader reader(path);
+    QBuffer pictureAlone;
     // In this order: to tell a size the toolkit's icon reader decodes the picture.
-    if (!ImageLimits::accept(declaredSize(path, reader.format())) || !ImageLimits::accept(reader.size()))
+    if (!ImageLimits::accept(declaredSize(path, reader.format())) || !leaveTexts(reader, pictureAlone) ||
+        !ImageLimits::accept(reader.size()))
         return false;
     *image = reader.read();
     // A picture inside may be larger than the header said.

@@ -5,8 +5,10 @@
 #include <QImageReader>
 #include <QImageWriter>
 #include <QTemporaryDir>
+#include <QtEndian>
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <atomic>
 #include <thread>
@@ -204,6 +206,35 @@ TEST_F(ImageLoaderTest, refusesBeforeMemoryIsTaken) {
         EXPECT_TRUE(loader.load(folder.filePath(name)).isNull()) << name.toStdString();
         EXPECT_LT(peakMemory() - before, 500'000'000) << name.toStdString();
     }
+}
+
+// Texts that would inflate to a gigabyte, all of which the toolkit would keep.
+TEST_F(ImageLoaderTest, leavesTextsAlone) {
+    QByteArray text("zTXtkey\0\0", 9);
+    text += qCompress(QByteArray(7'900'000, 'a')).mid(4);
+    const uLong checksum =
+        crc32(0, reinterpret_cast<const Bytef*>(text.constData()), static_cast<uInt>(text.size()));
+    const auto number = [](quint32 value) {
+        value = qToBigEndian(value);
+        return QByteArray(reinterpret_cast<const char*>(&value), 4);
+    };
+    const QByteArray chunk =
+        number(static_cast<quint32>(text.size()) - 4) + text + number(static_cast<quint32>(checksum));
+    ASSERT_TRUE(picture().save(path("a.png")));
+    QFile file(path("a.png"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray plain = file.readAll();
+    QByteArray full = plain;
+    full.insert(full.indexOf("IHDR") + 21, chunk.repeated(130));
+    const QByteArray directory = QByteArray::fromHex("00000100010000000000010020000000100016000000");
+    write(path("full.png"), full);
+    write(path("plain.ico"), directory + plain);
+    write(path("full.ico"), directory + full);
+    EXPECT_EQ(loader.load(path("plain.ico")), picture());
+    const qint64 before = peakMemory();
+    EXPECT_EQ(loader.load(path("full.png")), picture());
+    EXPECT_TRUE(loader.load(path("full.ico")).isNull());
+    EXPECT_LT(peakMemory() - before, 200'000'000);
 }
 
 TEST_F(ImageLoaderTest, savesAnyPathInTheFormatAsked) {

@@ -256,8 +256,11 @@ QByteArray cczFile(const QByteArray& stream, quint32 size, int type, int version
 
 QList<SampleFile> pvrSamples() {
     namespace Format = pvrPixelFormat;
-    const QImage opaque = samplePicture(false), alpha = samplePicture(true), greys = greyPicture();
-    QImage greyAlpha = greys.convertToFormat(QImage::Format_ARGB32);
+    // All of them are read with an alpha channel.
+    const QImage opaque = samplePicture(false).convertToFormat(QImage::Format_ARGB32);
+    const QImage greys = greyPicture().convertToFormat(QImage::Format_ARGB32);
+    const QImage alpha = samplePicture(true);
+    QImage greyAlpha = greys;
     greyAlpha.setPixel(1, 1, qRgba(9, 9, 9, 77));
     const auto alphaByte = [](QRgb p) { return bigEndian(uint(qAlpha(p)), 1); };
     const auto alphaGrey = [](QRgb p) { return bigEndian(uint(qAlpha(p)), 1) + bigEndian(uint(qRed(p)), 1); };

@@ -127,7 +127,8 @@ bool DeflateParser::nextBlock(DeflateSymbols& block) {
     m_learnt = 0;
     while (m_position < m_end && block.symbols.size() < DeflateSymbols::capacity) {
         Match match;
-        const bool found = find(m_position, match);
+        const bool worthSearch = m_misses < noise || m_position % noiseStep == 0;
+        const bool found = worthSearch && find(m_position, match);
         insert(m_position);
         m_misses = found ? 0 : m_misses + 1;
         if (found)

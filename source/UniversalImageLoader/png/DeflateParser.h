@@ -25,6 +25,8 @@ private:
     static constexpr std::size_t firstLearning = 1 << 7;
     static constexpr std::size_t lastLearning = 1 << 13;
     static constexpr int patience = 8; ///< so many places without a match halve what the next ones are worth
+    static constexpr int noise = 128;  ///< after so many of them a search is worth while at few places only
+    static constexpr std::size_t noiseStep = 8;
     static constexpr int hashBits = 15;
 
     struct Match {

@@ -15,7 +15,6 @@ public:
     static std::optional<PvrChannels> of(quint64 pixelFormat);
 
     int bytesPerPixel() const { return m_size; }
-    bool hasAlpha() const { return m_hasAlpha; }
 
     /// Each channel takes the level that, widened again, is nearest to its value, of two the lower. Grey is
     /// the mean of the colours; alpha that stands alone is the grey too, since a sheet of alpha is grey.

@@ -57,8 +57,7 @@ qint64 pixelBytes(const PvrTexture& texture) {
 QImage readPvrtc(ByteStream& stream, const PvrTexture& texture) {
     const PvrtcShape shape(texture);
     std::vector<quint8> blocks(static_cast<std::size_t>(shape.size()));
-    QImage image = PluginImage::allocate(shape.width, shape.height,
-                                         shape.hasAlpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    QImage image = PluginImage::allocate(shape.width, shape.height, QImage::Format_ARGB32);
     if (image.isNull() || !stream.read(blocks.data(), shape.size()))
         return {};
     // Pixels of four bytes are turned into ours where they are.
@@ -73,8 +72,7 @@ QImage readPvrtc(ByteStream& stream, const PvrTexture& texture) {
 
 QImage readChannels(ByteStream& stream, const PvrTexture& texture) {
     const std::optional<PvrChannels> channels = PvrChannels::of(texture.pixelFormat);
-    QImage image = PluginImage::allocate(texture.width, texture.height,
-                                         channels->hasAlpha() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    QImage image = PluginImage::allocate(texture.width, texture.height, QImage::Format_ARGB32);
     std::vector<quint8> bytes(static_cast<std::size_t>(texture.width * channels->bytesPerPixel()));
     for (int y = 0; y < image.height(); ++y) {
         if (!stream.read(bytes.data(), static_cast<qint64>(bytes.size())))
@@ -91,7 +89,8 @@ QImage readPixels(ByteStream& stream, const PvrTexture& texture) {
     if (texture.pixelFormat != Format::etc1)
         return readChannels(stream, texture);
     const auto width = static_cast<int>(texture.width);
-    return readEtc1Picture(stream, width, static_cast<int>(texture.height), (width + 3) / 4, false);
+    return readEtc1Picture(stream, width, static_cast<int>(texture.height), (width + 3) / 4, false)
+        .convertToFormat(QImage::Format_ARGB32);
 }
 
 QImage readTexture(ByteStream& stream) {

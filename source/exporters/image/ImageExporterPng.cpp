@@ -63,8 +63,8 @@ void ImageExporterPng::write(const Settings& settings, const PackedTexture& text
                     QStringLiteral("This texture format can not be used with png/jpg/bmp."));
     const QImage sheet = renderTexture(settings, texture);
     OutputFile output(fileName());
-    if (!output.open())
-        fail(fileName(), output.errorString());
+    if (!output.open()) // as the toolkit's writer would say it
+        fail(fileName(), QStringLiteral("Cannot open device for writing: %1").arg(output.errorString()));
     const QByteArray file = endsIn(fileName(), ".png") ? encodeSheetPng(sheet) : QByteArray();
     if (file.isEmpty())
         writeByToolkit(output, fileName(), sheet, settings);

@@ -24,8 +24,10 @@ bool saveAside(const QString& fileName, const QString& format, const QImage& ima
     if (target.exists() && !target.isFile())
         return loader->save(fileName, format, image, options);
     const QTemporaryDir folder(target.absolutePath() + QStringLiteral("/.sorvane-XXXXXX"));
+    // Where no folder can be made there may still be a file that can be written; if not, the plug-in knows
+    // what to say.
     if (!folder.isValid())
-        return false;
+        return loader->save(fileName, format, image, options);
     const QString aside = folder.filePath(target.fileName());
     return loader->save(aside, format, image, options) && replace(aside, fileName);
 }

@@ -28,6 +28,9 @@ public:
     /// The attempt of a step. With `completeOnly` it may be empty if not all sprites fit.
     PackedResult make(QSize size, bool completeOnly);
 
+    /// Whether make() would take over what was made ahead.
+    bool isMadeAhead(QSize size, bool completeOnly) const { return find(size, completeOnly).has_value(); }
+
     /// An attempt ahead of its step. May be called by several threads.
     PackedResult makeAhead(QSize size, bool completeOnly);
 

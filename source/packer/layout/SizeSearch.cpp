@@ -79,11 +79,9 @@ PackedResult SizeSearch::searchCoarse() {
     // Where some size holds all sprites, it doesn't matter how much the others hold.
     const bool completeOnly = lookAhead(sizesByArea);
     PackedResult best;
-    for (const auto& [area, sizes] : sizesByArea) {
-        if (m_callbacks.aborted() || (!best.isEmpty() && best.allPlaced()))
+    for (const auto& [area, sizes] : sizesByArea)
+        if ((!best.isEmpty() && best.allPlaced()) || !attemptSizes(sizes, completeOnly, best))
             break;
-        attemptSizes(sizes, completeOnly, best);
-    }
     if (!best.textures().isEmpty())
         reportBest(best);
     return best;
@@ -154,16 +152,23 @@ bool SizeSearch::tryAhead(const QList<QSize>& sizes, bool completeOnly) {
     return holdsAll;
 }
 
-void SizeSearch::attemptSizes(const QList<QSize>& sizes, bool completeOnly, PackedResult& best) {
+/// Makes the attempts of one area in their turn. False if the search was aborted before their end.
+bool SizeSearch::attemptSizes(const QList<QSize>& sizes, bool completeOnly, PackedResult& best) {
     for (QSize size : sizes) {
-        if (m_callbacks.aborted())
-            return;
+        if (!goesOn(size, completeOnly, Turn::Own))
+            return false;
         const PackedResult result = attempt(size, completeOnly, Turn::Own);
         if (result.isBetterThan(best))
             best = result;
         if (isPot() && !best.isEmpty() && best.allPlaced())
-            return;
+            break;
     }
+    return true;
+}
+
+/// An aborted search makes no more attempts, but what was made ahead is in its hands, too.
+bool SizeSearch::goesOn(QSize size, bool completeOnly, Turn turn) const {
+    return !m_callbacks.aborted() || (turn == Turn::Own && m_attempts.isMadeAhead(size, completeOnly));
 }
 
 PackedResult SizeSearch::attempt(QSize size, bool completeOnly, Turn turn) {
@@ -253,7 +258,7 @@ PackedResult SizeSearch::shrink(const PackedResult& result, Side side, float thr
     bool bisect = true;
     qint64 x = 0;
     PackedResult current = result;
-    while (!(threshold > current.freeRatio()) && !m_callbacks.aborted()) {
+    while (!(threshold > current.freeRatio())) {
         x = bisect ? (low + roundUp + high) / 2 : x - 1;
         if (tried.contains(x)) {
             if (!bisect)
@@ -264,7 +269,10 @@ PackedResult SizeSearch::shrink(const PackedResult& result, Side side, float thr
         const int shrunk = saturated::toInt(x);
         const QSize size = normalizeSize(isWidth ? QSize(shrunk, kept) : QSize(kept, shrunk));
         // No partial layout is better than a complete one.
-        const PackedResult shrunkResult = attempt(size, current.allPlaced(), turn);
+        const bool completeOnly = current.allPlaced();
+        if (!goesOn(size, completeOnly, turn))
+            break;
+        const PackedResult shrunkResult = attempt(size, completeOnly, turn);
         if (shrunkResult.isBetterThan(current)) {
             current = shrunkResult;
             if (turn == Turn::Own)

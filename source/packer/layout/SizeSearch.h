@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SearchAttempts.h"
+#include "Sprite.h"
 
 /// What the size of a sheet depends on. Sides and paddings in pixels.
 struct SizeSearchInput {
@@ -31,7 +32,8 @@ public:
         /// Makes an attempt. Those with PackerParameters::ahead() come from several threads, all others from
         /// the search's own, in the order of its steps.
         SearchAttempts::Attempt attempt;
-        /// Asked between attempts, from several threads; the search then ends with what it has.
+        /// Asked between attempts, from several threads; the search then ends with what it has, attempts
+        /// that were made ahead of the step that it has got to included.
         std::function<bool()> aborted;
         /// Told in the search's own thread.
         std::function<void(int, const QString&)> activity;
@@ -57,7 +59,8 @@ private:
     SizesByArea coarseSizes() const;
     bool lookAhead(const SizesByArea& sizes);
     bool tryAhead(const QList<QSize>& sizes, bool completeOnly);
-    void attemptSizes(const QList<QSize>& sizes, bool completeOnly, PackedResult& best);
+    bool attemptSizes(const QList<QSize>& sizes, bool completeOnly, PackedResult& best);
+    bool goesOn(QSize size, bool completeOnly, Turn turn) const;
     PackedResult shrinkBoth(const PackedResult& coarse);
     void shrinkAhead(const PackedResult& coarse, float threshold);
     PackedResult shrink(const PackedResult& result, Order order, float threshold, Turn turn);

@@ -6,7 +6,7 @@
 
 OutputFile::OutputFile(const QString& fileName) {
     const QFileInfo target(fileName);
-    m_direct = target.exists() && !target.isFile() && !target.isDir();
+    m_direct = target.exists() && !target.isFile();
     if (m_direct)
         m_device = std::make_unique<QFile>(fileName);
     else

@@ -8,7 +8,7 @@
 /// A file that appears under its name only when it is complete: it is written beside the target under a
 /// temporary name and renamed by commit(). An object that dies without commit() leaves what stood there
 /// before. A target that exists and is no plain file (a device, a pipe) is written to directly, as there is
-/// nothing to rename.
+/// nothing to rename; a folder can't be opened.
 class OutputFile {
 public:
     explicit OutputFile(const QString& fileName);

@@ -93,8 +93,7 @@ TEST(SheetPng, isTheToolkitsFileButSmaller) {
         const QByteArray toolkit = byToolkit(image);
         const QByteArray ours = encodeSheetPng(image);
         EXPECT_EQ(others(ours), others(toolkit)) << name;
-        // A regular pattern, of which a file keeps next to nothing, may take a few bytes more.
-        EXPECT_LE(ours.size(), toolkit.size() + (name == "drawn" ? 40 : 0)) << name;
+        EXPECT_LE(ours.size(), toolkit.size()) << name;
         EXPECT_EQ(QImage::fromData(ours, "png"), QImage::fromData(toolkit, "png")) << name;
     }
 }

@@ -24,73 +24,88 @@ std::size_t commonLength(const std::uint8_t* a, const std::uint8_t* b, std::size
     return limit;
 }
 
+constexpr std::uint64_t hashFactor = 0x9E3779B185EBCA87;
+
 } // namespace
 
-DeflateParser::DeflateParser(const std::uint8_t* bytes, std::size_t begin, std::size_t end, int effort)
-    : m_bytes(bytes), m_position(begin), m_end(end), m_effort(effort), m_last(std::size_t{1} << hashBits),
-      m_previous(deflateFormat::window) {
+DeflateParser::DeflateParser(const std::uint8_t* bytes, std::size_t begin, std::size_t end,
+                             const DeflateEffort& effort)
+    : m_bytes(bytes), m_position(begin), m_end(end), m_effort(effort) {
     for (std::size_t position = begin - std::min(begin, deflateFormat::window); position < begin; ++position)
         insert(position);
 }
 
 std::size_t DeflateParser::hash(std::size_t position) const {
-    constexpr std::uint64_t multiplier = 0x9E3779B185EBCA87;
     const std::uint64_t key = eightBytes(m_bytes + position) << (64 - 8 * shortestMatch);
-    return static_cast<std::size_t>(key * multiplier >> (64 - hashBits));
+    return static_cast<std::size_t>(key * hashFactor >> (64 - PlaceChains::hashBits));
 }
 
-void DeflateParser::insert(std::size_t position) {
-    std::uint32_t& last = m_last[hash(position)];
-    m_previous[position % deflateFormat::window] = last;
-    last = static_cast<std::uint32_t>(position + 1);
-}
+void DeflateParser::insert(std::size_t position) { m_chains.insert(position, hash(position)); }
 
 /// What a match at a distance saves, if it is longer than all before; then it is the longest.
 inline int DeflateParser::gainOf(Search& search, std::size_t distance) const {
     if (search.longest >= search.limit)
         return 0;
     const std::uint8_t* const there = search.here - distance;
-    const std::uint64_t difference = eightBytes(there) ^ search.start;
-    std::size_t length = std::min(static_cast<std::size_t>(std::countr_zero(difference)) / 8, search.limit);
-    if (difference == 0 && there[search.longest] == search.here[search.longest])
-        length = commonLength(search.here, there, search.limit);
+    // What differs within the bytes that would make it the longest differs mostly in the last of them.
+    const std::size_t last = search.longest < 8 ? 0 : search.longest - 7;
+    const std::uint64_t difference = eightBytes(there + last) ^ search.probe;
+    if (last > 0 && difference != 0)
+        return 0;
+    const std::size_t length =
+        difference == 0 ? commonLength(search.here, there, search.limit)
+                        : std::min(static_cast<std::size_t>(std::countr_zero(difference)) / 8, search.limit);
     if (length <= search.longest)
         return 0;
     search.longest = length;
+    if (length >= 8 && length < search.limit)
+        search.probe = eightBytes(search.here + length - 7);
     for (; search.counted < length; ++search.counted)
         search.literals += m_costs.literal(search.here[search.counted]);
     return search.literals - m_costs.match(length, distance);
 }
 
 /// Looks for a match that saves more than `match`, which it then becomes.
-bool DeflateParser::find(std::size_t position, Match& match) const {
+bool DeflateParser::find(std::size_t position, Match& match) {
     Search search{m_bytes + position, eightBytes(m_bytes + position),
                   std::min(m_end - position, deflateFormat::longestMatch)};
     bool found = false;
     const auto tryDistance = [&](std::size_t distance) {
         const int gain = gainOf(search, distance);
-        if (gain <= match.gain)
-            return;
-        match = {search.longest, distance, gain};
-        found = true;
+        if (gain > match.gain) {
+            match = {search.longest, distance, gain};
+            found = true;
+        }
+        return search.longest < search.limit;
     };
     const std::size_t oldest = position - std::min(position, deflateFormat::window - 1);
-    std::size_t place = m_last[hash(position)];
+    const auto tryPlace = [&](std::size_t place) { return tryDistance(position - place); };
     // Among noise a search seldom pays; behind a long match there is time for a long one.
-    for (int left = (m_effort >> std::min(m_misses / patience, 4)) + m_credit;
-         place > oldest && left > 0 && search.longest < search.limit; --left) {
-        tryDistance(position + 1 - place);
-        // A place that was overwritten leads to a later one.
-        const std::size_t previous = m_previous[(place - 1) % deflateFormat::window];
-        if (previous >= place)
-            break;
-        place = previous;
+    const int places = std::max(m_effort.places >> std::min(m_misses / patience, 4), 1);
+    m_chains.walk(hash(position), oldest, places + m_credit, tryPlace);
+    // In the midst of a run all places are alike: what follows its end tells them apart.
+    const std::size_t run = runLength(search);
+    if (run > shortestMatch && run < search.limit && search.longest < search.limit) {
+        const std::size_t shift = run - runTail;
+        const auto tryRun = [&](std::size_t place) {
+            return place < shift + oldest || place >= position + shift ||
+                   tryDistance(position + shift - place);
+        };
+        m_chains.walk(hash(position + shift), oldest, m_effort.runPlaces, tryRun);
     }
-    // Rows repeat at one distance, which among the many equal places of a run would come up too late.
+    // Rows repeat at one distance, which among many equal places would come up too late.
     for (const std::size_t distance : m_recent)
         if (distance <= position)
             tryDistance(distance);
     return found;
+}
+
+/// How often the first byte is repeated.
+std::size_t DeflateParser::runLength(const Search& search) {
+    const std::uint64_t start = eightBytes(search.here);
+    if (start != (start << 8U | (start & 0xFFU)))
+        return 1;
+    return 1 + commonLength(search.here, search.here + 1, search.limit - 1);
 }
 
 void DeflateParser::add(DeflateSymbols& block, std::size_t length, std::size_t value) {

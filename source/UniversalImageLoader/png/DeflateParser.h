@@ -1,6 +1,13 @@
 #pragma once
 
 #include "DeflateCosts.h"
+#include "PlaceChains.h"
+
+/// How many places are looked at for a match.
+struct DeflateEffort {
+    int places;    ///< with the first bytes in common; more of them behind a long match
+    int runPlaces; ///< where a run of bytes ends as here
+};
 
 /// Finds the symbols that a deflate stream says bytes with. Of the matches at a place it takes the one that
 /// saves most bits, by what symbols cost of late, and waits a byte where the next place has a better one.
@@ -9,11 +16,10 @@
 class DeflateParser {
 public:
     /// Bytes that may be read behind `end`, whatever they are.
-    static constexpr std::size_t readable = 8;
+    static constexpr std::size_t readable = 16;
 
     /// Symbols are made for the bytes from `begin` on; matches may reach back to the first of `bytes`.
-    /// `effort`: places that are looked at for each match.
-    DeflateParser(const std::uint8_t* bytes, std::size_t begin, std::size_t end, int effort);
+    DeflateParser(const std::uint8_t* bytes, std::size_t begin, std::size_t end, const DeflateEffort& effort);
 
     /// Makes the symbols of the next block. False if there is nothing left.
     bool nextBlock(DeflateSymbols& block);
@@ -27,7 +33,7 @@ private:
     static constexpr int patience = 8; ///< so many places without a match halve what the next ones are worth
     static constexpr int noise = 128;  ///< after so many of them a search is worth while at few places only
     static constexpr std::size_t noiseStep = 8;
-    static constexpr int hashBits = 15;
+    static constexpr std::size_t runTail = 3; ///< bytes of a run that count with what follows it
 
     struct Match {
         std::size_t length = 0;
@@ -37,7 +43,7 @@ private:
 
     struct Search {
         const std::uint8_t* here;
-        std::uint64_t start; ///< the first eight bytes there
+        std::uint64_t probe; ///< bytes that a longer match has: the first eight, or the last eight
         std::size_t limit;   ///< of a match's length
         std::size_t longest = shortestMatch - 1;
         std::size_t counted = 0; ///< bytes whose cost as literals is known
@@ -46,7 +52,8 @@ private:
 
     std::size_t hash(std::size_t position) const;
     void insert(std::size_t position);
-    bool find(std::size_t position, Match& match) const;
+    bool find(std::size_t position, Match& match);
+    static std::size_t runLength(const Search& search);
     int gainOf(Search& search, std::size_t distance) const;
     void add(DeflateSymbols& block, std::size_t length, std::size_t value);
     void takeMatch(DeflateSymbols& block, Match match);
@@ -54,15 +61,12 @@ private:
     const std::uint8_t* m_bytes;
     std::size_t m_position;
     const std::size_t m_end;
-    const int m_effort;
+    const DeflateEffort m_effort;
     int m_credit = 0;                       ///< places that may be looked at beyond that
     int m_misses = 0;                       ///< places without a match since the last one
     std::size_t m_learnt = 0;               ///< symbols of the block that costs were taken from
     std::size_t m_learning = firstLearning; ///< how many more make it worth while again
     DeflateCosts m_costs;
     std::array<std::size_t, 2> m_recent = {1, 4}; ///< distances of the last matches
-    /// Chains of the places whose next bytes have the same hash: the last place, and for each the one before
-    /// it. Places count from 1, 0 ends a chain.
-    std::vector<std::uint32_t> m_last;
-    std::vector<std::uint32_t> m_previous;
+    PlaceChains m_chains;                         ///< by as many bytes as the shortest match has
 };

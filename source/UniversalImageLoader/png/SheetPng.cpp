@@ -17,9 +17,13 @@
 
 namespace {
 
-/// Places that are looked at for each match, and as many for a guess.
-constexpr int effort = 16;
-constexpr int guessEffort = 4;
+constexpr DeflateEffort guessEffort{4, 16};
+constexpr DeflateEffort quickEffort{18, 64};
+/// For what takes little time in any case.
+constexpr DeflateEffort thoroughEffort{256, 1024};
+
+/// Pictures of so many bytes are small.
+constexpr std::size_t smallBytes = std::size_t{1} << 20;
 
 /// The file is made in bands of rows of about so many bytes, which don't depend on the number of cores.
 constexpr std::size_t bandBytes = std::size_t{1} << 20;
@@ -45,7 +49,8 @@ private:
     void filterBand(const Band& band);
     void filterRows(std::size_t first, std::size_t count, bool adaptive, std::uint8_t* target) const;
     bool isSmallerUnfiltered(const Band& band) const;
-    void deflateBand(Band& band);
+    std::vector<std::uint8_t> deflated(const Band& band, const DeflateEffort& effort) const;
+    void deflateBand(Band& band) const;
 
     const QImage m_image;
     const std::size_t m_bytesPerPixel;
@@ -126,18 +131,31 @@ void SheetStream::filterBand(const Band& band) {
     filterRows(band.firstRow, band.rows, !isSmallerUnfiltered(band), filtered(band.firstRow));
 }
 
-void SheetStream::deflateBand(Band& band) {
+std::vector<std::uint8_t> SheetStream::deflated(const Band& band, const DeflateEffort& effort) const {
     const bool isLast = &band == &m_bands.back();
     const std::size_t begin = filteredBytes(band.firstRow);
-    const std::size_t size = filteredBytes(band.rows);
-    DeflateParser parser(m_filtered.data(), begin, begin + size, effort);
+    const std::size_t end = begin + filteredBytes(band.rows);
+    DeflateParser parser(m_filtered.data(), begin, end, effort);
     DeflateWriter writer(m_filtered.data());
     for (DeflateSymbols block; parser.nextBlock(block);)
-        writer.write(block, isLast && block.end == begin + size);
+        writer.write(block, isLast && block.end == end);
     if (!isLast)
         writer.align();
-    band.deflated = writer.take();
-    band.checksum = adler32(1, m_filtered.data() + begin, static_cast<uInt>(size));
+    return writer.take();
+}
+
+void SheetStream::deflateBand(Band& band) const {
+    const std::size_t size = filteredBytes(band.rows);
+    const bool isSmall = m_bands.size() == 1 && size <= smallBytes;
+    band.deflated = deflated(band, isSmall ? thoroughEffort : quickEffort);
+    // Long matches are what makes it so short, and are quickly passed.
+    constexpr std::size_t simple = 64;
+    if (!isSmall && band.deflated.size() < size / simple) {
+        std::vector<std::uint8_t> shorter = deflated(band, thoroughEffort);
+        if (shorter.size() < band.deflated.size())
+            band.deflated = std::move(shorter);
+    }
+    band.checksum = adler32(1, m_filtered.data() + filteredBytes(band.firstRow), static_cast<uInt>(size));
 }
 
 std::vector<Band>& SheetStream::deflate() {
@@ -217,13 +235,17 @@ QByteArray withPixels(const QByteArray& onePixel, const QImage& image) {
 
 QByteArray encodeSheetPng(const QImage& image) {
     const QByteArray onePixel = byToolkit(image.copy(0, 0, 1, 1));
-    const QByteArray file = onePixel.isEmpty() ? QByteArray() : withPixels(onePixel, image);
-    // What is good for large pictures isn't always for the smallest.
-    constexpr qint64 smallBytes = 1 << 16;
-    if (!file.isEmpty() && image.sizeInBytes() <= smallBytes) {
-        const QByteArray toolkit = byToolkit(image);
-        if (!toolkit.isEmpty() && toolkit.size() < file.size())
-            return toolkit;
-    }
-    return file;
+    if (onePixel.isEmpty())
+        return {};
+    QByteArray file;
+    QByteArray toolkit;
+    // What is good for large pictures isn't always for small ones.
+    const bool isSmall = static_cast<std::size_t>(image.sizeInBytes()) <= smallBytes;
+    sideBySide(isSmall ? 2 : 1, [&](std::size_t number) {
+        if (number == 0)
+            file = withPixels(onePixel, image);
+        else
+            toolkit = byToolkit(image);
+    });
+    return !toolkit.isEmpty() && toolkit.size() < file.size() ? toolkit : file;
 }

@@ -8,6 +8,7 @@
 #include "PackedResult.h"
 #include "product.h"
 
+#include <QFile>
 #include <QGuiApplication>
 
 #include <cstdio>
@@ -27,6 +28,14 @@ void registerMetaTypes() {
     qRegisterMetaType<Error>("Error");
     qRegisterMetaType<PackedResult>("PackedResult");
     qRegisterMetaType<GCachedImage>("GCachedImage");
+}
+
+/// Without a time zone in the environment the C library looks at its file again for every date, five times for
+/// each source.
+void keepTimeZone() {
+    constexpr char systemZone[] = "/etc/localtime";
+    if (!qEnvironmentVariableIsSet("TZ") && QFile::exists(QLatin1String(systemZone)))
+        qputenv("TZ", QByteArray(":") + systemZone);
 }
 
 QStringList argumentsOf(int argc, char** argv) {
@@ -50,6 +59,7 @@ void findTemplateFormats(const QStringList& arguments) {
 
 int main(int argc, char** argv) {
     qInstallMessageHandler(handleToolkitMessage);
+    keepTimeZone();
     registerMetaTypes();
 
     // A batch run needs no display, but the toolkit draws some formats (text in an SVG) only with a graphical

@@ -21,31 +21,56 @@ const QString& movieSuffix() {
     return suffix;
 }
 
-QStringList readableNameFilters() {
-    QMap<QString, QString> formats = QtUniversalImageLoader::ImageLoader::instance()->readableFormats();
-    formats.insert(movieSuffix(), QStringLiteral("Flash"));
-    QStringList filters;
-    for (auto format = formats.begin(); format != formats.end(); ++format)
-        filters.append(QStringLiteral("*.%1").arg(format.key()));
-    return filters;
+QSet<QString> readableSuffixes() {
+    const QStringList formats = QtUniversalImageLoader::ImageLoader::instance()->readableFormats().keys();
+    QSet<QString> suffixes(formats.begin(), formats.end());
+    suffixes.insert(movieSuffix());
+    return suffixes;
+}
+
+bool hasSuffix(const QString& name, const QSet<QString>& suffixes) {
+    // A suffix may have dots of its own.
+    for (int dot = name.indexOf(QLatin1Char('.')); dot >= 0; dot = name.indexOf(QLatin1Char('.'), dot + 1))
+        if (suffixes.contains(name.mid(dot + 1).toLower()))
+            return true;
+    return false;
 }
 
 // By name, ignoring case. Names that differ in case alone go by their letters: the toolkit leaves them as the
 // file system happens to list them, and equal input has to give equal output.
-QFileInfoList sortedEntries(const QString& folder, const QStringList& nameFilters, QDir::Filters filters) {
-    const QFileInfoList found = QDir(folder).entryInfoList(nameFilters, filters, QDir::Unsorted);
+void sortByName(QFileInfoList& entries) {
     std::vector<std::pair<QString, QString>> names;
     std::vector<int> order;
-    for (int i = 0; i < found.size(); ++i) {
-        names.emplace_back(found[i].fileName().toLower(), found[i].fileName());
+    for (int i = 0; i < entries.size(); ++i) {
+        names.emplace_back(entries[i].fileName().toLower(), entries[i].fileName());
         order.push_back(i);
     }
     std::sort(order.begin(), order.end(),
               [&names](int a, int b) { return names[size_t(a)] < names[size_t(b)]; });
     QFileInfoList sorted;
     for (int i : order)
-        sorted.append(found[i]);
-    return sorted;
+        sorted.append(entries[i]);
+    entries = sorted;
+}
+
+struct FolderEntries {
+    QFileInfoList files; ///< those that can be read
+    QFileInfoList subfolders;
+};
+
+/// One listing, without name filters: the toolkit makes a regular expression of each for every folder.
+FolderEntries entriesOf(const QString& folder, const QSet<QString>& suffixes) {
+    FolderEntries entries;
+    for (const QFileInfo& entry :
+         QDir(folder).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted)) {
+        if (entry.isDir())
+            entries.subfolders.append(entry);
+        else if (hasSuffix(entry.fileName(), suffixes))
+            entries.files.append(entry);
+    }
+    sortByName(entries.files);
+    sortByName(entries.subfolders);
+    return entries;
 }
 
 // A node that an earlier scan left under the same name stands for another file or folder if its path is
@@ -57,7 +82,7 @@ bool standsForAnother(const SpriteTreeNode& node, const QString& path) {
 } // namespace
 
 SourceScan::SourceScan(const Settings& settings, const Activity& activity)
-    : m_activity(activity), m_ruleTexts(settings.replaceList()), m_nameFilters(readableNameFilters()) {
+    : m_activity(activity), m_ruleTexts(settings.replaceList()), m_suffixes(readableSuffixes()) {
     for (const QString& pattern : settings.ignoreFileList())
         m_ignored.emplace_back(pattern);
 }
@@ -80,19 +105,17 @@ SpriteTreeNode* SourceScan::addFolder(const QString& path, const QString& prefix
     }
     folder->setSeen(true);
     m_openFolders.append(dir.canonicalPath());
-    addFiles(path, prefix, *folder);
-    addSubfolders(path, prefix, *folder);
+    const FolderEntries entries = entriesOf(path, m_suffixes);
+    for (const QFileInfo& file : entries.files)
+        addFile(file, prefix, *folder);
+    addSubfolders(entries.subfolders, prefix, *folder);
     m_openFolders.removeLast();
     return folder;
 }
 
-void SourceScan::addFiles(const QString& folder, const QString& prefix, SpriteBranchNode& parent) {
-    for (const QFileInfo& file : sortedEntries(folder, m_nameFilters, QDir::Files))
-        addFile(file, prefix, parent);
-}
-
-void SourceScan::addSubfolders(const QString& folder, const QString& prefix, SpriteBranchNode& parent) {
-    for (const QFileInfo& info : sortedEntries(folder, {}, QDir::Dirs | QDir::NoDotAndDotDot)) {
+void SourceScan::addSubfolders(const QFileInfoList& subfolders, const QString& prefix,
+                               SpriteBranchNode& parent) {
+    for (const QFileInfo& info : subfolders) {
         // A link back to where the walk comes from would be followed as often as the file system lets it.
         if (m_openFolders.contains(info.canonicalFilePath()))
             continue;

@@ -3,6 +3,7 @@
 #include "Patterns.h"
 
 #include <QFileInfo>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -30,8 +31,7 @@ public:
 private:
     SpriteTreeNode* addFolder(const QString& path, const QString& prefix, SpriteBranchNode& parent,
                               bool nested);
-    void addFiles(const QString& folder, const QString& prefix, SpriteBranchNode& parent);
-    void addSubfolders(const QString& folder, const QString& prefix, SpriteBranchNode& parent);
+    void addSubfolders(const QFileInfoList& subfolders, const QString& prefix, SpriteBranchNode& parent);
     SpriteTreeNode* addFile(const QFileInfo& file, const QString& prefix, SpriteBranchNode& parent);
     bool isIgnored(const QString& path) const;
     QString renamed(const QString& name);
@@ -41,6 +41,6 @@ private:
     std::vector<WildcardPattern> m_ignored;
     const QStringList m_ruleTexts;
     std::optional<std::vector<ReplaceRule>> m_rules;
-    const QStringList m_nameFilters;
-    QStringList m_openFolders; ///< canonical paths of the folders that the walk is inside of
+    const QSet<QString> m_suffixes; ///< of files that can be read, in lower case
+    QStringList m_openFolders;      ///< canonical paths of the folders that the walk is inside of
 };

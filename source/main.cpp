@@ -26,7 +26,6 @@ void registerMetaTypes() {
     qRegisterMetaType<GFileNameList>("GFileNameList");
     qRegisterMetaType<Error>("Error");
     qRegisterMetaType<PackedResult>("PackedResult");
-    qRegisterMetaType<GCachedImage>("GCachedImage");
 }
 
 QStringList argumentsOf(int argc, char** argv) {

@@ -27,7 +27,6 @@ void registerMetaTypes() {
     qRegisterMetaType<GFileNameList>("GFileNameList");
     qRegisterMetaType<Error>("Error");
     qRegisterMetaType<PackedResult>("PackedResult");
-    qRegisterMetaType<GCachedImage>("GCachedImage");
 }
 
 /// Without a time zone in the environment the C library looks at its file again for every date, five times for

@@ -4,11 +4,6 @@
 
 #include <QImage>
 
-/// Bytes of a picture of ETC1 blocks.
-inline qint64 etc1PictureSize(qint64 width, qint64 height) {
-    return (width + 3) / 4 * ((height + 3) / 4) * 8;
-}
-
 /// Reads a picture of ETC1 blocks, of which `blocksAcross` stand in a row. Null if they end early, unless
 /// `shortIsZero`: then what is missing counts as zero bytes. Null for sizes that PluginImage refuses.
 QImage readEtc1Picture(ByteStream& stream, int width, int height, int blocksAcross, bool shortIsZero);

@@ -1,6 +1,7 @@
 #include "AutoSDOption.h"
 
 #include "Error.h"
+#include "HalfSizeNames.h"
 #include "Settings.h"
 
 #include <QDebug>
@@ -64,24 +65,15 @@ std::unique_ptr<AutoSDSettings> parseAutoSDVariant(const QString& expression) {
 }
 
 void addHalfSizeVariant(Settings& settings) {
-    auto variant = std::make_unique<AutoSDSettings>();
-    variant->setExtension(QStringLiteral("."));
-    variant->setScale(0.5);
-    const QString sheet = settings.textureFileName().path();
-    if (sheet.contains(QLatin1String("-hd."))) {
-        settings.setMainExtension(QStringLiteral("-hd."));
-    } else if (sheet.contains(QLatin1String("-ipadhd."))) {
-        settings.setMainExtension(QStringLiteral("-ipadhd."));
-        variant->setExtension(QStringLiteral("-ipad."));
-    } else if (sheet.contains(QLatin1String("@2x."))) {
-        settings.setMainExtension(QStringLiteral("@2x."));
-    } else if (sheet.contains(QLatin1String("2x."))) {
-        settings.setMainExtension(QStringLiteral("2x."));
-    } else {
+    const std::optional<HalfSizeNames> names = halfSizeNames(settings.textureFileName());
+    if (!names)
         throw Error(
             Error::DataFile,
             QStringLiteral("Texture filename for --auto-sd must end with -hd, -ipadhd, @2x or 2x. Use "
                            "--autosd-variant for more options."));
-    }
+    settings.setMainExtension(names->mainExtension);
+    auto variant = std::make_unique<AutoSDSettings>();
+    variant->setExtension(names->extension);
+    variant->setScale(0.5);
     settings.addAutoSDSettings(variant.release());
 }

@@ -195,11 +195,4 @@ std::vector<Option> paddingOptions() {
 
 } // namespace
 
-std::vector<Option> layoutOptions() {
-    std::vector<Option> rows = algorithmOptions();
-    for (auto part : {sizeOptions, paddingOptions}) {
-        std::vector<Option> more = part();
-        rows.insert(rows.end(), more.begin(), more.end());
-    }
-    return rows;
-}
+std::vector<Option> layoutOptions() { return joined({algorithmOptions, sizeOptions, paddingOptions}); }

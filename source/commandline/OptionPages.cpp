@@ -3,8 +3,6 @@
 #include "OptionSections.h"
 #include "product.h"
 
-#include <algorithm>
-
 namespace {
 
 /// The lines of an option's text. In the help one of them stands elsewhere.

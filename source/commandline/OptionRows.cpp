@@ -2,6 +2,15 @@
 
 namespace optionRows {
 
+std::vector<Option> joined(std::initializer_list<std::vector<Option> (*)()> parts) {
+    std::vector<Option> rows;
+    for (auto* part : parts) {
+        const std::vector<Option> more = part();
+        rows.insert(rows.end(), more.begin(), more.end());
+    }
+    return rows;
+}
+
 Option flag(const char* name, std::function<void(OptionContext&)> effect, OptionHelp help) {
     return {text(name), OptionKind::Flag, OptionRange::Any,
             [effect = std::move(effect)](OptionContext& context, const OptionValue&) { effect(context); },

@@ -53,6 +53,9 @@ inline QStringList lines(std::initializer_list<const char*> list) {
     return result;
 }
 
+/// The rows of several parts, one part after the other.
+std::vector<Option> joined(std::initializer_list<std::vector<Option> (*)()> parts);
+
 /// An option that only says so: its effect is the whole of it.
 Option flag(const char* name, std::function<void(OptionContext&)> effect, OptionHelp help = {});
 

@@ -154,11 +154,4 @@ std::vector<Option> searchOptions() {
 
 } // namespace
 
-std::vector<Option> outputOptions() {
-    std::vector<Option> rows = nameOptions();
-    for (auto part : {trimOptions, searchOptions}) {
-        std::vector<Option> more = part();
-        rows.insert(rows.end(), more.begin(), more.end());
-    }
-    return rows;
-}
+std::vector<Option> outputOptions() { return joined({nameOptions, trimOptions, searchOptions}); }

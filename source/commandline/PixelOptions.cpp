@@ -123,9 +123,4 @@ std::vector<Option> preparationOptions() {
 
 } // namespace
 
-std::vector<Option> pixelOptions() {
-    std::vector<Option> rows = reductionOptions();
-    std::vector<Option> more = preparationOptions();
-    rows.insert(rows.end(), more.begin(), more.end());
-    return rows;
-}
+std::vector<Option> pixelOptions() { return joined({reductionOptions, preparationOptions}); }

@@ -158,11 +158,4 @@ std::vector<Option> processOptions() {
 
 } // namespace
 
-std::vector<Option> runOptions() {
-    std::vector<Option> rows = andEngineOptions();
-    for (auto part : {sheetOptions, processOptions}) {
-        std::vector<Option> more = part();
-        rows.insert(rows.end(), more.begin(), more.end());
-    }
-    return rows;
-}
+std::vector<Option> runOptions() { return joined({andEngineOptions, sheetOptions, processOptions}); }

@@ -1,6 +1,5 @@
 #include "PackerJob.h"
 
-#include "DataExporterRegistry.h"
 #include "Error.h"
 #include "GlobalSettings.h"
 #include "OutputAmongSources.h"

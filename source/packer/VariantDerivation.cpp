@@ -69,7 +69,7 @@ private:
         std::optional<Error> error;
     };
 
-    /// Exceptions don't cross the pool by themselves.
+    /// Keeps the error: of several the first in the order of the sprites is thrown, not the first in time.
     Rendered render(int id) const {
         const auto sprite = m_byId.constFind(id);
         if (sprite == m_byId.constEnd())

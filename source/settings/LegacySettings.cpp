@@ -1,6 +1,7 @@
 #include "LegacySettings.h"
 
 #include "Error.h"
+#include "HalfSizeNames.h"
 #include "LegacyValues.h"
 
 #include <cstddef>
@@ -193,23 +194,16 @@ void fillFiles(Settings& settings, const LegacyValues& values) {
     settings.setReplaceList(values.list("replaceList"));
 }
 
-/// The one further resolution that the first generation knew, at half the size. Its suffixes were fixed.
+/// The one further resolution that the first generation knew, at half the size. Its suffixes were fixed, and
+/// a name with none of them counted as one with the last.
 void addHalfSize(Settings& settings) {
+    const HalfSizeNames names = halfSizeNames(settings.textureFileName())
+                                    .value_or(HalfSizeNames{QStringLiteral("2x."), QStringLiteral(".")});
     auto* variant = new AutoSDSettings;
     variant->setScale(0.5);
-    variant->setExtension(QStringLiteral("."));
+    variant->setExtension(names.extension);
     settings.addAutoSDSettings(variant);
-    const QString& texture = settings.textureFileName();
-    if (texture.contains(QLatin1String("-hd."))) {
-        settings.setMainExtension(QStringLiteral("-hd."));
-    } else if (texture.contains(QLatin1String("-ipadhd."))) {
-        settings.setMainExtension(QStringLiteral("-ipadhd."));
-        variant->setExtension(QStringLiteral("-ipad."));
-    } else if (texture.contains(QLatin1String("@2x."))) {
-        settings.setMainExtension(QStringLiteral("@2x."));
-    } else {
-        settings.setMainExtension(QStringLiteral("2x."));
-    }
+    settings.setMainExtension(names.mainExtension);
 }
 
 } // namespace

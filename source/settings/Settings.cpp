@@ -10,14 +10,13 @@
 #include <cmath>
 
 namespace {
-const bool registered = GSerializableFactory::add("Settings", []() -> QObject* { return new Settings; });
+[[maybe_unused]] const bool registered =
+    GSerializableFactory::add("Settings", []() -> QObject* { return new Settings; });
 }
 
-Settings::Settings(QObject* parent)
-    : SettingsBase(parent){Q_UNUSED(registered)}
+Settings::Settings(QObject* parent) : SettingsBase(parent) {}
 
-      Settings
-      * Settings::clone() const {
+Settings* Settings::clone() const {
     auto* copy = new Settings;
     copy->copyMembers(*this);
     copy->m_fileName = m_fileName;

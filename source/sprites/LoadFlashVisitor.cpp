@@ -13,7 +13,7 @@ QPointer<QObject>& server() {
     return registered;
 }
 
-const int metaTypes[] = {
+[[maybe_unused]] const int metaTypes[] = {
     qRegisterMetaType<SpriteFlashNode*>("SpriteFlashNode*"),
     qRegisterMetaType<SpriteTreeNode::ErrorClass>("SpriteTreeNode::ErrorClass"),
 };
@@ -31,7 +31,6 @@ void LoadFlashVisitor::setServer(QObject* newServer) { server() = newServer; }
 
 LoadFlashVisitor::LoadFlashVisitor(QMutex& mutex, SpriteBranchNode::Removed& removed, QObject* parent)
     : QObject(parent), m_mutex(mutex), m_removed(removed) {
-    Q_UNUSED(metaTypes)
     if (server())
         connect(this, SIGNAL(newFlashLoader(QString, SpriteFlashNode*, QObject*)), server(),
                 SLOT(newFlashLoader(QString, SpriteFlashNode*, QObject*)));

@@ -19,6 +19,20 @@ Sprite makeSprite(const char* name, QSize size, const Settings& settings) {
     return sprite;
 }
 
+/// One rotated sprite on a sheet, and one that found no place.
+PackedResult layout(const Sprite& owner, const Sprite& lost) {
+    PackedSprite placed = makePackedSprite(owner);
+    placed.setPosition(QPoint(2, 6));
+    placed.setRotated(true);
+    PackedTexture texture(2, 4);
+    texture.setSize(QSize(64, 32));
+    texture.add(placed);
+    PackedResult result;
+    result.addTexture(texture);
+    result.addUnplaced(makePackedSprite(lost));
+    return result;
+}
+
 } // namespace
 
 TEST(VariantDerivation, scalesPlacesAndRendersAnew) {
@@ -31,15 +45,7 @@ TEST(VariantDerivation, scalesPlacesAndRendersAnew) {
     owner.addAlias(alias);
     const Sprite lost = makeSprite("c", QSize(100, 100), settings);
 
-    PackedSprite placed = makePackedSprite(owner);
-    placed.setPosition(QPoint(2, 6));
-    placed.setRotated(true);
-    PackedTexture texture(2, 4);
-    texture.setSize(QSize(64, 32));
-    texture.add(placed);
-    PackedResult main;
-    main.addTexture(texture);
-    main.addUnplaced(makePackedSprite(lost));
+    PackedResult main = layout(owner, lost);
     fillResult(main, {owner, alias, lost}, 0);
 
     const std::unique_ptr<Settings> variant(settings.clone());

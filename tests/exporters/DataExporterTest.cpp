@@ -2,7 +2,6 @@
 #include "Error.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 namespace {
 

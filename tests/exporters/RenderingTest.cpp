@@ -4,7 +4,6 @@
 #include "RotateImage.h"
 #include "TestSheets.h"
 
-#include <cmath>
 #include <vector>
 
 namespace {

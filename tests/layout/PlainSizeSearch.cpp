@@ -1,8 +1,11 @@
 #include "PlainSizeSearch.h"
 
-#include "TestSprites.h"
+#include "AlgorithmBasicSettings.h"
+#include "AlgorithmMaxRectsSettings.h"
+#include "AlgorithmSettings.h"
+#include "SettingsBase.h"
 
-#include <QMap>
+#include <algorithm>
 
 namespace {
 
@@ -22,11 +25,46 @@ QList<int> doubled(int minimum, int maximum) {
     return list;
 }
 
+/// Takes one off the side until `isGood`.
+template <class Test>
+int reduced(int side, Test isGood) {
+    while (!isGood(side))
+        --side;
+    return side;
+}
+
+void refuseConflict(int fixed, int side, const char* conflict) {
+    if (fixed > 0 && side != fixed)
+        throw QStringLiteral("Fixed size %1").arg(QLatin1String(conflict));
+}
+
 } // namespace
+
+void PlainSizeSearch::constrain(int& w, int& h) const {
+    const int fixedW = m_input.fixedSize.width();
+    const int fixedH = m_input.fixedSize.height();
+    if (m_input.sizeConstraints == 2) {
+        w -= isPowerOfTwo(w) ? 1 : 0;
+        refuseConflict(fixedW, w, "width is in conflict with size constraint NPOT.");
+        h -= isPowerOfTwo(h) ? 1 : 0;
+        refuseConflict(fixedH, h, "height is in conflict with size constraint NPOT.");
+    }
+    if (m_input.sizeConstraints == 0) {
+        w = reduced(w, isPowerOfTwo);
+        refuseConflict(fixedW, w, "width is in conflict with size constraint POT.");
+        h = reduced(h, isPowerOfTwo);
+        refuseConflict(fixedH, h, "height is in conflict with size constraint POT.");
+    }
+}
 
 QSize PlainSizeSearch::normalize(int w, int h) const {
     using Format = SettingsBase::OutputFormat;
     const auto format = static_cast<Format>(m_input.outputFormat);
+    const bool twoBytes = format == Format::RGBA4444 || format == Format::RGB565 ||
+                          format == Format::RGBA5551 || format == Format::ALPHA_INTENSITY;
+    const bool pvrtc = format == Format::PVRTC2 || format == Format::PVRTC4 ||
+                       format == Format::PVRTC2_NOALPHA || format == Format::PVRTC4_NOALPHA;
+    const auto isMultiple = [this](int side) { return side % m_input.baseFactor == 0; };
     const int fixedW = m_input.fixedSize.width();
     const int fixedH = m_input.fixedSize.height();
     w = fixedW > 0 ? fixedW : w;
@@ -36,42 +74,18 @@ QSize PlainSizeSearch::normalize(int w, int h) const {
         const int oldH = h;
         if (w < 1 || h < 1)
             return {0, 0};
-        if (m_input.sizeConstraints == 2) {
-            w -= isPowerOfTwo(w) ? 1 : 0;
-            if (fixedW > 0 && w != fixedW)
-                throw QStringLiteral("Fixed size width is in conflict with size constraint NPOT.");
-            h -= isPowerOfTwo(h) ? 1 : 0;
-            if (fixedH > 0 && h != fixedH)
-                throw QStringLiteral("Fixed size height is in conflict with size constraint NPOT.");
-        }
-        if (m_input.sizeConstraints == 0) {
-            while (!isPowerOfTwo(w))
-                --w;
-            if (fixedW > 0 && w != fixedW)
-                throw QStringLiteral("Fixed size width is in conflict with size constraint POT.");
-            while (!isPowerOfTwo(h))
-                --h;
-            if (fixedH > 0 && h != fixedH)
-                throw QStringLiteral("Fixed size height is in conflict with size constraint POT.");
-        }
-        const bool twoBytes = format == Format::RGBA4444 || format == Format::RGB565 ||
-                              format == Format::RGBA5551 || format == Format::ALPHA_INTENSITY;
+        constrain(w, h);
         if (m_input.forceWordAligned && twoBytes) {
             w -= w % 2;
-            if (fixedW > 0 && w != fixedW)
-                throw QStringLiteral("Fixed size width is in conflict with force word aligned textures.");
+            refuseConflict(fixedW, w, "width is in conflict with force word aligned textures.");
         }
-        const bool pvrtc = format == Format::PVRTC2 || format == Format::PVRTC4 ||
-                           format == Format::PVRTC2_NOALPHA || format == Format::PVRTC4_NOALPHA;
         if ((pvrtc || m_input.forceSquared) && w != h) {
             if (fixedW > 0 || fixedH > 0)
                 throw QStringLiteral("Fixed size width/height is in conflict with force squared");
             w = h = qMin(w, h);
         }
-        while (w % m_input.baseFactor != 0)
-            --w;
-        while (h % m_input.baseFactor != 0)
-            --h;
+        w = reduced(w, isMultiple);
+        h = reduced(h, isMultiple);
         if (w == oldW && h == oldH)
             return {w, h};
     }
@@ -84,7 +98,8 @@ bool PlainSizeSearch::allHeuristics() const {
                : settings->maxRects()->heuristicName() == QStringLiteral("Best");
 }
 
-PackedResult PlainSizeSearch::run() {
+/// The coarse sizes that have room for all sprites, by area.
+QMap<qint64, QList<QSize>> PlainSizeSearch::coarseSizes() const {
     qint64 areas = 0;
     for (const Sprite& sprite : m_input.sprites)
         areas += qint64{sprite.paddedSize().width()} * sprite.paddedSize().height();
@@ -118,9 +133,12 @@ PackedResult PlainSizeSearch::run() {
         const QSize size = normalize(maximum.width(), maximum.height());
         known[qint64{size.width()} * size.height()] << size;
     }
+    return known;
+}
 
+PackedResult PlainSizeSearch::searchCoarse() {
     PackedResult best;
-    for (QList<QSize> sizes : known) { // a map goes in ascending order
+    for (QList<QSize> sizes : coarseSizes()) { // a map goes in ascending order
         if (!best.isEmpty() && best.unplaced().isEmpty())
             break;
         std::sort(sizes.begin(), sizes.end(), [](QSize a, QSize b) {
@@ -136,6 +154,11 @@ PackedResult PlainSizeSearch::run() {
                 break;
         }
     }
+    return best;
+}
+
+PackedResult PlainSizeSearch::run() {
+    PackedResult best = searchCoarse();
     if (m_input.sizeConstraints == 0)
         return best;
 
@@ -144,9 +167,9 @@ PackedResult PlainSizeSearch::run() {
                             : mode == QStringLiteral("Good") ? 0.02F
                                                              : 0.0F;
     m_firstFitWins = allHeuristics();
-    const PackedResult w = shrinkHeight(shrinkWidth(best, threshold), threshold);
+    const PackedResult w = shrink(shrink(best, Width, threshold), Height, threshold);
     if (threshold < w.freeRatio()) {
-        const PackedResult h = shrinkWidth(shrinkHeight(best, threshold), threshold);
+        const PackedResult h = shrink(shrink(best, Height, threshold), Width, threshold);
         if (h.isBetterThan(best))
             best = h;
     }
@@ -155,7 +178,7 @@ PackedResult PlainSizeSearch::run() {
     return best;
 }
 
-PackedResult PlainSizeSearch::shrinkWidth(PackedResult current, float threshold) {
+PackedResult PlainSizeSearch::shrink(PackedResult current, Side side, float threshold) {
     if (current.textures().isEmpty())
         return current;
     const int w = current.textures()[0].width();
@@ -163,14 +186,14 @@ PackedResult PlainSizeSearch::shrinkWidth(PackedResult current, float threshold)
     if (w < 1 || h < 1)
         return current;
     const qint64 used = qint64{w} * h - current.textures()[0].freeArea();
-    qint64 low = used / h - 1;
-    qint64 high = w;
+    qint64 low = used / (side == Width ? h : w) - 1;
+    qint64 high = side == Width ? w : h;
     QList<qint64> tried;
     bool bisect = true;
     qint64 x = 0;
     while (!(threshold > current.freeRatio())) {
         if (bisect)
-            x = (low + high) / 2;
+            x = side == Width ? (low + high) / 2 : (low + 1 + high) / 2;
         else
             x = x - 1;
         if (tried.contains(x)) {
@@ -179,44 +202,9 @@ PackedResult PlainSizeSearch::shrinkWidth(PackedResult current, float threshold)
             bisect = false;
         }
         tried << x;
-        const PackedResult result = m_attempt(normalize(static_cast<int>(x), h), m_firstFitWins);
-        if (result.isBetterThan(current)) {
-            current = result;
-            high = x;
-            continue;
-        }
-        low = x;
-        if (!bisect)
-            break;
-    }
-    return current;
-}
-
-PackedResult PlainSizeSearch::shrinkHeight(PackedResult current, float threshold) {
-    if (current.textures().isEmpty())
-        return current;
-    const int w = current.textures()[0].width();
-    const int h = current.textures()[0].height();
-    if (w < 1 || h < 1)
-        return current;
-    const qint64 used = qint64{w} * h - current.textures()[0].freeArea();
-    qint64 low = used / w - 1;
-    qint64 high = h;
-    QList<qint64> tried;
-    bool bisect = true;
-    qint64 x = 0;
-    while (!(threshold > current.freeRatio())) {
-        if (bisect)
-            x = (low + 1 + high) / 2;
-        else
-            x = x - 1;
-        if (tried.contains(x)) {
-            if (!bisect)
-                break;
-            bisect = false;
-        }
-        tried << x;
-        const PackedResult result = m_attempt(normalize(w, static_cast<int>(x)), m_firstFitWins);
+        const auto shrunk = static_cast<int>(x);
+        const QSize size = side == Width ? normalize(shrunk, h) : normalize(w, shrunk);
+        const PackedResult result = m_attempt(size, m_firstFitWins);
         if (result.isBetterThan(current)) {
             current = result;
             high = x;

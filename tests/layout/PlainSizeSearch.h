@@ -2,6 +2,8 @@
 
 #include "SizeSearch.h"
 
+#include <QMap>
+
 /// The search for the sheet's size in its simplest form, step after step: the yardstick for the real one.
 class PlainSizeSearch {
 public:
@@ -16,8 +18,12 @@ public:
     QSize normalize(int width, int height) const;
 
 private:
-    PackedResult shrinkWidth(PackedResult current, float threshold);
-    PackedResult shrinkHeight(PackedResult current, float threshold);
+    enum Side { Width, Height };
+
+    void constrain(int& w, int& h) const;
+    QMap<qint64, QList<QSize>> coarseSizes() const;
+    PackedResult searchCoarse();
+    PackedResult shrink(PackedResult current, Side side, float threshold);
     bool allHeuristics() const;
 
     SizeSearchInput m_input;

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <map>
 
 namespace {
 
@@ -77,6 +76,32 @@ QString plainNormalized(const SizeSearchInput& input, QSize size) {
     } catch (const QString& conflict) {
         return conflict;
     }
+}
+
+/// `settings` get the algorithm of the input.
+SizeSearchInput randomInput(std::mt19937& random, AlgorithmSettings& settings) {
+    settings.setFreeSizeMode(static_cast<Mode>(random() % 3));
+    settings.setAlgorithm(static_cast<AlgorithmId>(random() % 6 == 0));
+    if (random() % 3 == 0)
+        settings.maxRects()->setHeuristic(AlgorithmMaxRectsSettings::Heuristic::AreaFit);
+    SizeSearchInput input;
+    input.algorithmSettings = &settings;
+    input.sizeConstraints = static_cast<int>(random() % 3);
+    input.forceSquared = random() % 4 == 0;
+    input.forceWordAligned = random() % 2;
+    input.allowRotation = random() % 2;
+    input.outputFormat = static_cast<int>(random() % 14);
+    input.borderPadding = static_cast<int>(random() % 3);
+    input.shapePadding = static_cast<int>(random() % 3);
+    input.baseFactor = random() % 4 == 0 ? 4 : 1;
+    input.maxSize = QSize(20 + static_cast<int>(random() % 240), 20 + static_cast<int>(random() % 240));
+    if (random() % 5 == 0)
+        input.fixedSize.setWidth(20 + static_cast<int>(random() % 100));
+    if (random() % 8 == 0)
+        input.fixedSize.setHeight(20 + static_cast<int>(random() % 100));
+    input.sprites =
+        makeSprites(randomSizes(random, static_cast<Character>(random() % (characterCount - 1)), 50));
+    return input;
 }
 
 } // namespace
@@ -204,27 +229,7 @@ TEST(SizeSearch, searchesAsThePlainSteps) {
     int partial = 0;
     for (int run = 0; run < 300; ++run) {
         AlgorithmSettings settings;
-        settings.setFreeSizeMode(static_cast<Mode>(random() % 3));
-        settings.setAlgorithm(static_cast<AlgorithmId>(random() % 6 == 0));
-        if (random() % 3 == 0)
-            settings.maxRects()->setHeuristic(AlgorithmMaxRectsSettings::Heuristic::AreaFit);
-        SizeSearchInput input;
-        input.algorithmSettings = &settings;
-        input.sizeConstraints = static_cast<int>(random() % 3);
-        input.forceSquared = random() % 4 == 0;
-        input.forceWordAligned = random() % 2;
-        input.allowRotation = random() % 2;
-        input.outputFormat = static_cast<int>(random() % 14);
-        input.borderPadding = static_cast<int>(random() % 3);
-        input.shapePadding = static_cast<int>(random() % 3);
-        input.baseFactor = random() % 4 == 0 ? 4 : 1;
-        input.maxSize = QSize(20 + static_cast<int>(random() % 240), 20 + static_cast<int>(random() % 240));
-        if (random() % 5 == 0)
-            input.fixedSize.setWidth(20 + static_cast<int>(random() % 100));
-        if (random() % 8 == 0)
-            input.fixedSize.setHeight(20 + static_cast<int>(random() % 100));
-        input.sprites =
-            makeSprites(randomSizes(random, static_cast<Character>(random() % (characterCount - 1)), 50));
+        const SizeSearchInput input = randomInput(random, settings);
         const ThreadCount threads(1 + run % 5);
         try {
             const PlainLayout plain(input);

@@ -3,9 +3,6 @@
 #include "ScaleImage.h"
 #include "TestPictures.h"
 
-#include <cmath>
-#include <limits>
-
 namespace {
 
 constexpr ScaleMode allModes[] = {ScaleMode::Smooth,  ScaleMode::Fast,    ScaleMode::Scale2x,

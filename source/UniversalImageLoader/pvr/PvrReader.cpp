@@ -1,5 +1,6 @@
 #include "PvrReader.h"
 
+#include "Etc1Encoder.h"
 #include "Etc1Picture.h"
 #include "ImageLimits.h"
 #include "InflateDevice.h"
@@ -49,7 +50,8 @@ qint64 pixelBytes(const PvrTexture& texture) {
         return shape.isValid() ? shape.size() : 0;
     }
     if (texture.pixelFormat == Format::etc1)
-        return etc1PictureSize(texture.width, texture.height);
+        return static_cast<qint64>(
+            etc1DataSize(static_cast<int>(texture.width), static_cast<int>(texture.height)));
     const std::optional<PvrChannels> channels = PvrChannels::of(texture.pixelFormat);
     return channels ? texture.width * texture.height * channels->bytesPerPixel() : 0;
 }

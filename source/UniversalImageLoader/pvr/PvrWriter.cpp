@@ -8,7 +8,6 @@
 
 #include <zlib.h>
 
-#include <cstring>
 #include <new>
 
 namespace {

@@ -59,10 +59,6 @@ public:
     }
 
 private:
-    static float dotProduct(Float4 a, Float4 b) {
-        const Float4 products = a * b;
-        return (products[0] + products[1]) + (products[2] + products[3]);
-    }
     Float4 at(float place) const {
         if (m_basis == nullptr)
             return m_low + m_span * place;

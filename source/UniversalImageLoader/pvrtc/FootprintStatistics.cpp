@@ -49,11 +49,6 @@ struct Moments {
     }
 };
 
-Float4 pixelFloats(std::uint32_t pixel) {
-    return Float4{float(pixel & 0xFFU), float(pixel >> 8U & 0xFFU), float(pixel >> 16U & 0xFFU),
-                  float(pixel >> 24U)};
-}
-
 /// The pixels of a window from some origin on, as that keeps sums of squares small.
 template <int Bits>
 struct RelativePixels {

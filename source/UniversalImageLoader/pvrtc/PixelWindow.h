@@ -21,10 +21,6 @@ struct PixelWindow {
 
     PixelWindow(const WorkingImage& image, int column, int row);
 
-    static constexpr bool isOwn(int x, int y) {
-        return x >= ownX && x < ownX + blockWidth && y >= ownY && y < ownY + pvrtcBlockHeight;
-    }
-
     std::uint32_t pixels[height][width]; ///< red, green, blue, alpha from the lowest byte on
 };
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 /// Decodes PVRTC (first version, blocks in Morton order), any bytes of which are valid, on all cores.

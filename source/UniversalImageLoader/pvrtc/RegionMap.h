@@ -13,8 +13,8 @@ struct RegionMap {
     bool isCoarse() const { return count * 4 < PixelWindow<Bits>::count; }
 
     int count; ///< one per pixel if it was clear from the start that they are many
-    std::uint8_t regions[PixelWindow<Bits>::height]
-                        [PixelWindow<Bits>::width]; ///< from 0 on, if the map is coarse
+    /// Numbers from 0 on, if the map is coarse.
+    std::uint8_t regions[PixelWindow<Bits>::height][PixelWindow<Bits>::width];
 };
 
 } // namespace pvrtc

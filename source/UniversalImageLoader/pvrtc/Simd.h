@@ -104,6 +104,11 @@ template <int Half>
     return __builtin_convertvector(reinterpret_cast<Int32x4>(wide), Float4);
 }
 
+[[gnu::always_inline]] static inline float dotProduct(Float4 a, Float4 b) {
+    const Float4 products = a * b;
+    return (products[0] + products[1]) + (products[2] + products[3]);
+}
+
 [[gnu::always_inline]] static inline Float4 squareRoots(Float4 vector) {
 #if defined(__SSE2__)
     return reinterpret_cast<Float4>(_mm_sqrt_ps(reinterpret_cast<__m128>(vector)));

@@ -13,18 +13,8 @@ std::uint32_t packedBytes(Float4 color) {
     return bytes;
 }
 
-Float4 unpackedBytes(std::uint32_t bytes) {
-    return Float4{float(bytes & 0xFFU), float(bytes >> 8U & 0xFFU), float(bytes >> 16U & 0xFFU),
-                  float(bytes >> 24U)};
-}
-
 PvrtcColorPair storedPair(Float4 low, Float4 high) {
     return nearestPair(toFormatUnits(low), toFormatUnits(high));
-}
-
-float dotProduct(Float4 a, Float4 b) {
-    const Float4 products = a * b;
-    return (products[0] + products[1]) + (products[2] + products[3]);
 }
 
 /// The list of a block's start colours; equal ones once.
@@ -85,15 +75,15 @@ void setUpStandardRepStarts(const StartEnds* const (&around)[9], const UniformCo
         // them.
         Float4 direction{};
         for (const StartEnds* block : around)
-            direction += unpackedBytes(block->ends[OwnPixels][1]) - unpackedBytes(block->ends[OwnPixels][0]);
+            direction += pixelFloats(block->ends[OwnPixels][1]) - pixelFloats(block->ends[OwnPixels][0]);
         for (const int weighting : {OwnPixels, FirstKernel, SecondKernel}) {
-            const Float4 low = unpackedBytes(own.ends[weighting][0]);
-            const Float4 high = unpackedBytes(own.ends[weighting][1]);
+            const Float4 low = pixelFloats(own.ends[weighting][0]);
+            const Float4 high = pixelFloats(own.ends[weighting][1]);
             const bool turned = dotProduct(high - low, direction) < 0;
             addStart(turned ? storedPair(high, low) : storedPair(low, high), modes, record);
         }
     }
-    addStart(storedPair(unpackedBytes(extremes[0]), unpackedBytes(extremes[1])), modes, record);
+    addStart(storedPair(pixelFloats(extremes[0]), pixelFloats(extremes[1])), modes, record);
     record.colors = pvrtcUnpackColors(record.kept[0][0]);
 }
 

@@ -2,8 +2,6 @@
 
 #include "SideBySide.h"
 
-#include <limits>
-
 namespace pvrtc {
 
 namespace {

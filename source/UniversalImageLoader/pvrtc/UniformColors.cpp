@@ -1,6 +1,5 @@
 #include "UniformColors.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace pvrtc {

@@ -25,13 +25,8 @@ void DataExporterBHive::write() const {
     DataFile file(fileName(), QStringLiteral("Failed to write json file %1"));
     QTextStream& stream = file.text();
     stream << "{\"frames\": {\n\n";
-    bool first = true;
-    for (const PackedSprite& sprite : sortedSprites()) {
-        if (!first)
-            stream << ",\n";
-        first = false;
-        writeEntry(stream, sprite);
-    }
+    JsonText::writeEntries(stream, sortedSprites(),
+                           [&](const PackedSprite& sprite) { writeEntry(stream, sprite); });
     stream << "},\n";
     JsonText::writeMetaHead(stream, *this, textureFilePath());
     stream << "\t\"scale\": \"" << settings()->globalSpriteSettings()->scale() << "\"\n}\n}\n";

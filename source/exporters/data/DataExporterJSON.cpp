@@ -12,13 +12,8 @@ void DataExporterJSON::write() const {
     DataFile file(fileName(), QStringLiteral("Failed to write json file %1"));
     QTextStream& stream = file.text();
     stream << "{\"frames\": " << (m_variant == Array ? '[' : '{') << "\n\n";
-    bool first = true;
-    for (const PackedSprite& sprite : sortedSprites()) {
-        if (!first)
-            stream << ",\n";
-        first = false;
-        writeEntry(stream, sprite);
-    }
+    JsonText::writeEntries(stream, sortedSprites(),
+                           [&](const PackedSprite& sprite) { writeEntry(stream, sprite); });
     stream << (m_variant == Array ? ']' : '}') << ",\n";
     writeMeta(stream);
     file.commit();

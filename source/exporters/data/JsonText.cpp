@@ -4,8 +4,6 @@
 #include "Settings.h"
 #include "product.h"
 
-#include <QTextStream>
-
 #include <utility>
 
 QString JsonText::rect(const QRect& rect) {

@@ -152,26 +152,32 @@ QString reasonOf(const Grantlee::Template& page, const Grantlee::Engine& engine,
     return page->errorString().replace(QLatin1String("line 0"), QStringLiteral("line %1").arg(line));
 }
 
+void setUp(Grantlee::Engine& engine, const QString& directory, QDeadlineTimer deadline) {
+    engine.addTemplateLoader(QSharedPointer<TemplateLoader>::create(directory, deadline));
+    // The last one that is added is searched first.
+    engine.addPluginPath(QCoreApplication::applicationDirPath() + QStringLiteral("/plugins"));
+    engine.addPluginPath(directory);
+    engine.addPluginPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../Plugins"));
+    engine.addDefaultLibrary(QStringLiteral("grantlee_scriptabletags"));
+    engine.loadDefaultLibraries();
+}
+
+Grantlee::Template loadPage(const Grantlee::Engine& engine, const QString& directory, const QString& name) {
+    Grantlee::Template page = engine.loadByName(name);
+    if (page->error() != Grantlee::NoError)
+        throw Error(Error::Exporter,
+                    QStringLiteral("Failed to init exporter template %1: %2")
+                        .arg(name, reasonOf(page, engine, directory + QLatin1Char('/') + name, name)));
+    return page;
+}
+
 } // namespace
 
 void TemplateRenderer::render(const QString& templateName, bool keep) const {
     const QDeadlineTimer deadline(maxTime);
     Grantlee::Engine engine;
-    engine.addTemplateLoader(QSharedPointer<TemplateLoader>::create(m_directory, deadline));
-    // The last one that is added is searched first.
-    engine.addPluginPath(QCoreApplication::applicationDirPath() + QStringLiteral("/plugins"));
-    engine.addPluginPath(m_directory);
-    engine.addPluginPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../Plugins"));
-    engine.addDefaultLibrary(QStringLiteral("grantlee_scriptabletags"));
-    engine.loadDefaultLibraries();
-
-    const Grantlee::Template page = engine.loadByName(templateName);
-    if (page->error() != Grantlee::NoError)
-        throw Error(
-            Error::Exporter,
-            QStringLiteral("Failed to init exporter template %1: %2")
-                .arg(templateName,
-                     reasonOf(page, engine, m_directory + QLatin1Char('/') + templateName, templateName)));
+    setUp(engine, m_directory, deadline);
+    const Grantlee::Template page = loadPage(engine, m_directory, templateName);
 
     OutputFile file(m_exporter.fileName());
     if (!file.open())

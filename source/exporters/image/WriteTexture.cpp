@@ -2,17 +2,12 @@
 
 #include "Error.h"
 #include "ImageExporterFactory.h"
+#include "OutputFile.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 namespace {
-
-/// A device or a pipe under the name is the user's and stays.
-void removeFile(const QString& fileName) {
-    if (!fileName.isEmpty() && QFileInfo(fileName).isFile())
-        QFile::remove(fileName);
-}
 
 void write(const Settings& settings, const PackedTexture& texture, const QString& fileName) {
     const auto exporter = makeImageExporter(settings.textureFormat(), settings.pngOptimizationLevel());
@@ -33,7 +28,7 @@ void writeTexture(const Settings& settings, const PackedTexture& texture,
     try {
         write(settings, texture, fileName);
     } catch (const Error&) {
-        removeFile(fileName);
+        OutputFile::remove(fileName);
         throw;
     }
 }

@@ -97,16 +97,13 @@ Fit ContactFit::find(const PackRect& free) {
 }
 
 qint64 ContactFit::gain(const PackRect& free, const PackRect& placed) const {
-    const auto overlap = [](int low, int high, int otherLow, int otherHigh) {
-        return std::max(0, std::min(high, otherHigh) - std::max(low, otherLow));
-    };
     const bool beside =
         placed.right() == free.x || (placed.x == free.right() && m_waiting.byWidth().hasLine(free.width));
     if (beside)
-        return overlap(free.y, free.y + longestHeight(free), placed.y, placed.bottom());
+        return sharedLength(free.y, free.y + longestHeight(free), placed.y, placed.bottom());
     const bool aboveOrBelow =
         placed.bottom() == free.y || (placed.y == free.bottom() && m_waiting.byHeight().hasLine(free.height));
     if (aboveOrBelow)
-        return overlap(free.x, free.x + longestWidth(free), placed.x, placed.right());
+        return sharedLength(free.x, free.x + longestWidth(free), placed.x, placed.right());
     return 0;
 }

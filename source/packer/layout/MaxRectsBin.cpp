@@ -7,14 +7,6 @@
 #include <algorithm>
 #include <optional>
 
-namespace {
-
-int overlap(int low, int high, int otherLow, int otherHigh) {
-    return std::max(0, std::min(high, otherHigh) - std::max(low, otherLow));
-}
-
-} // namespace
-
 MaxRectsBin::MaxRectsBin(int width, int height, bool allowRotation) { init(width, height, allowRotation); }
 
 void MaxRectsBin::init(int width, int height, bool allowRotation) {
@@ -133,13 +125,13 @@ qint64 MaxRectsBin::contactScore(int x, int y, int width, int height) const {
         contact += width;
     for (const PackRect& used : m_usedRectangles) {
         if (used.x == x + width)
-            contact += overlap(y, y + height, used.y, used.bottom());
+            contact += sharedLength(y, y + height, used.y, used.bottom());
         if (used.right() == x)
-            contact += overlap(y, y + height, used.y, used.bottom());
+            contact += sharedLength(y, y + height, used.y, used.bottom());
         if (used.y == y + height)
-            contact += overlap(x, x + width, used.x, used.right());
+            contact += sharedLength(x, x + width, used.x, used.right());
         if (used.bottom() == y)
-            contact += overlap(x, x + width, used.x, used.right());
+            contact += sharedLength(x, x + width, used.x, used.right());
     }
     return contact;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "BestFit.h"
 #include "FreeSpace.h"
-#include "WaitingSizes.h"
 
 #include <functional>
 
@@ -14,16 +14,8 @@ public:
     /// Values of AlgorithmMaxRectsSettings::Heuristic; Best is not one way of scoring and has no place here.
     enum Heuristic : int { ShortSideFit = 1, LongSideFit = 2, AreaFit = 3, BottomLeft = 4, ContactPoint = 5 };
 
-    /// Lower is better, `first` before `second`.
-    struct Score {
-        int first;
-        int second;
-
-        bool operator<(const Score& other) const {
-            return first < other.first || (first == other.first && second < other.second);
-        }
-    };
-    static constexpr Score noFit{2147483647, 2147483647};
+    using Score = FitScore;
+    static constexpr Score noFit{};
 
     /// What ends an insertion before all is placed that fits.
     struct Stops {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 /// A rectangle of a bin, in pixels. Of a placed one width and height are the size as it lies on the sheet:
 /// the sprite's padded size, swapped if it is rotated.
 struct PackRect {
@@ -19,3 +21,8 @@ struct PackRect {
 
     friend bool operator==(const PackRect&, const PackRect&) = default;
 };
+
+/// The length, in pixels, that two stretches of a line share.
+inline int sharedLength(int low, int high, int otherLow, int otherHigh) {
+    return std::max(0, std::min(high, otherHigh) - std::max(low, otherLow));
+}

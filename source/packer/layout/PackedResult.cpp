@@ -27,7 +27,6 @@ const QList<PackedTexture>& PackedResult::textures() const { return m_data->text
 void PackedResult::addTexture(const PackedTexture& texture) { m_data->textures.append(texture); }
 
 const QList<PackedSprite>& PackedResult::unplaced() const { return m_data->unplaced; }
-void PackedResult::setUnplaced(const QList<PackedSprite>& sprites) { m_data->unplaced = sprites; }
 void PackedResult::addUnplaced(const PackedSprite& sprite) { m_data->unplaced.append(sprite); }
 
 bool PackedResult::isEmpty() const { return m_data->textures.isEmpty() && m_data->unplaced.isEmpty(); }

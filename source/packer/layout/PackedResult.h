@@ -23,7 +23,6 @@ public:
 
     /// Sprites that didn't fit.
     const QList<PackedSprite>& unplaced() const;
-    void setUnplaced(const QList<PackedSprite>& sprites);
     void addUnplaced(const PackedSprite& sprite);
 
     /// Neither a sheet nor an unplaced sprite.

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <optional>
 #include <tuple>
 
 namespace {
@@ -45,6 +46,39 @@ bool isBefore(QSize a, QSize b) {
 qint64 usedArea(const PackedTexture& texture) {
     return saturated::add(texture.area(), saturated::multiply(-1, texture.freeArea()));
 }
+
+/// The lengths that are tried for one side while the other is kept: a bisection, and where it comes to a
+/// length for the second time, steps of one pixel from there.
+class ShrinkingSide {
+public:
+    ShrinkingSide(qint64 low, qint64 high, int roundUp) : m_low(low), m_high(high), m_roundUp(roundUp) {}
+
+    /// The next length; none if there is nothing left to try.
+    std::optional<int> next() {
+        m_current = m_bisects ? (m_low + m_roundUp + m_high) / 2 : m_current - 1;
+        if (m_tried.contains(m_current)) {
+            if (!m_bisects)
+                return std::nullopt;
+            m_bisects = false;
+        }
+        m_tried.append(m_current);
+        return saturated::toInt(m_current);
+    }
+
+    /// Takes in whether the length made a better sheet. False if no shorter one is worth a try.
+    bool take(bool isBetter) {
+        (isBetter ? m_high : m_low) = m_current;
+        return isBetter || m_bisects;
+    }
+
+private:
+    qint64 m_low;
+    qint64 m_high;
+    int m_roundUp;
+    qint64 m_current = 0;
+    bool m_bisects = true;
+    QList<qint64> m_tried;
+};
 
 } // namespace
 
@@ -249,40 +283,29 @@ PackedResult SizeSearch::shrink(const PackedResult& result, Side side, float thr
     const PackedTexture texture = result.textures().first();
     const bool isWidth = side == Side::Width;
     const int kept = isWidth ? texture.height() : texture.width();
-    qint64 low = qint64{saturated::toInt(usedArea(texture) / kept)} - 1;
-    qint64 high = isWidth ? texture.width() : texture.height();
     // The two directions have always rounded their middle in different ways, and sheets are compared byte for
     // byte.
-    const int roundUp = isWidth ? 0 : 1;
-    QList<qint64> tried;
-    bool bisect = true;
-    qint64 x = 0;
+    ShrinkingSide sides(qint64{saturated::toInt(usedArea(texture) / kept)} - 1,
+                        isWidth ? texture.width() : texture.height(), isWidth ? 0 : 1);
     PackedResult current = result;
     while (!(threshold > current.freeRatio())) {
-        x = bisect ? (low + roundUp + high) / 2 : x - 1;
-        if (tried.contains(x)) {
-            if (!bisect)
-                break;
-            bisect = false;
-        }
-        tried.append(x);
-        const int shrunk = saturated::toInt(x);
-        const QSize size = normalizeSize(isWidth ? QSize(shrunk, kept) : QSize(kept, shrunk));
+        const std::optional<int> shrunk = sides.next();
+        if (!shrunk)
+            break;
+        const QSize size = normalizeSize(isWidth ? QSize(*shrunk, kept) : QSize(kept, *shrunk));
         // No partial layout is better than a complete one.
         const bool completeOnly = current.allPlaced();
         if (!goesOn(size, completeOnly, turn))
             break;
         const PackedResult shrunkResult = attempt(size, completeOnly, turn);
-        if (shrunkResult.isBetterThan(current)) {
+        const bool isBetter = shrunkResult.isBetterThan(current);
+        if (isBetter) {
             current = shrunkResult;
             if (turn == Turn::Own)
                 reportBest(current);
-            high = x;
-        } else {
-            low = x;
-            if (!bisect)
-                break;
         }
+        if (!sides.take(isBetter))
+            break;
     }
     return current;
 }

@@ -7,8 +7,8 @@
 struct SizeSearchInput {
     QSize maxSize;
     QSize fixedSize{-1, -1}; ///< a side above 0 is fixed, others are free
-    int sizeConstraints =
-        0; ///< AlgorithmSettings::SizeConstraints in effect: POT for formats that take nothing else
+    /// AlgorithmSettings::SizeConstraints in effect: POT for formats that take nothing else.
+    int sizeConstraints = 0;
     bool forceSquared = false; ///< in effect, too
     bool forceWordAligned = false;
     bool allowRotation = false;

@@ -4,7 +4,6 @@
 #include "NewImage.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <optional>
 

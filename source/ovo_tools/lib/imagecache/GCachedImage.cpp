@@ -2,14 +2,12 @@
 
 namespace {
 // By name as well, for queued connections.
-const int metaType = qRegisterMetaType<GCachedImage>("GCachedImage");
+[[maybe_unused]] const int metaType = qRegisterMetaType<GCachedImage>("GCachedImage");
 } // namespace
 
-GCachedImage::GCachedImage(const QImage& image, GImageCache* cache)
-    : m_entry(cache->add(image)){Q_UNUSED(metaType)}
+GCachedImage::GCachedImage(const QImage& image, GImageCache* cache) : m_entry(cache->add(image)) {}
 
-      GCachedImage::GCachedImage(const GCachedImage& other)
-    : m_entry(other.m_entry) {
+GCachedImage::GCachedImage(const GCachedImage& other) : m_entry(other.m_entry) {
     if (m_entry)
         m_entry->refCount.fetch_add(1, std::memory_order_relaxed);
 }

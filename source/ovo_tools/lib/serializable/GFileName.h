@@ -4,8 +4,6 @@
 #include <QMetaType>
 #include <QString>
 
-#include <utility>
-
 /// The path of a file or folder in memory, absolute as a rule. Project files hold it relative to their own
 /// folder.
 class GFileName {

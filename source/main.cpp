@@ -29,8 +29,8 @@ void registerMetaTypes() {
     qRegisterMetaType<PackedResult>("PackedResult");
 }
 
-/// Without a time zone in the environment the C library looks at its file again for every date, five times for
-/// each source.
+/// Without a time zone in the environment the C library looks at its file again for every date, five times
+/// for each source.
 void keepTimeZone() {
     constexpr char systemZone[] = "/etc/localtime";
     if (!qEnvironmentVariableIsSet("TZ") && QFile::exists(QLatin1String(systemZone)))

@@ -19,7 +19,6 @@ public:
           m_blocks(memory) {}
 
     const std::uint8_t* data() const { return m_data; }
-    std::size_t size() const { return m_size; }
     std::size_t position() const { return m_position; }
     const DeflateFeed& feed() const { return m_feed; }
     std::size_t lookahead() const { return m_feed.end() - m_position; }

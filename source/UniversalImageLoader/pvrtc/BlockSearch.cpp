@@ -31,7 +31,7 @@ struct Patience {
 
 /// Most of a picture's error is in few blocks: those are worth more.
 constexpr Patience patience(std::int32_t bestError) {
-    return bestError > 16384 ? Patience{16, 10, 12, 9} : Patience{16, 9, 10, 9};
+    return bestError > 16384 ? Patience{16, 10, 11, 9} : Patience{10, 9, 9, 9};
 }
 
 bool isBehind(std::int32_t error, std::int32_t best, int eighths) {

@@ -10,36 +10,58 @@ using namespace std::string_view_literals;
 
 namespace {
 
-constexpr std::string_view dropped[] = {"tEXt"sv, "zTXt"sv, "iTXt"sv, "sPLT"sv};
+constexpr qint64 headSize = 8; ///< of a chunk: length and type
 
-bool isDropped(std::string_view type) {
-    return std::find(std::begin(dropped), std::end(dropped), type) != std::end(dropped);
+bool isText(std::string_view type) {
+    constexpr std::string_view texts[] = {"tEXt"sv, "zTXt"sv, "iTXt"sv, "sPLT"sv};
+    return std::find(std::begin(texts), std::end(texts), type) != std::end(texts);
+}
+
+/// Calls `visit` with place, size and type of each whole chunk until it returns false. Returns where the last
+/// one that was visited ends.
+template <class Visit>
+qint64 forChunks(QIODevice& device, Visit visit) {
+    const qint64 end = device.size();
+    auto place = static_cast<qint64>(pngSignature().size());
+    while (device.seek(place)) {
+        const QByteArray head = device.read(headSize);
+        if (head.size() < headSize)
+            break;
+        const qint64 size = qint64{qFromBigEndian<quint32>(head.constData())} + qint64{pngChunkFrame};
+        const std::string_view type(head.constData() + 4, 4);
+        if (size > end - place)
+            break;
+        const bool goesOn = visit(place, size, type) && type != "IEND"sv;
+        place += size;
+        if (!goesOn)
+            break;
+    }
+    return place;
 }
 
 } // namespace
 
-QByteArray withoutPngTexts(const QByteArray& file) {
-    std::string_view left(file.constData(), static_cast<std::size_t>(file.size()));
-    if (!left.starts_with(pngSignature()))
-        return file;
-    QByteArray kept;
-    const auto keep = [&](std::size_t size) {
-        kept.append(left.data(), static_cast<int>(size));
-        left.remove_prefix(size);
-    };
-    kept.reserve(file.size());
-    keep(pngSignature().size());
-    while (left.size() >= pngChunkFrame) {
-        const std::size_t length = qFromBigEndian<quint32>(left.data());
-        if (length > left.size() - pngChunkFrame)
-            break;
-        if (isDropped(left.substr(4, 4)))
-            left.remove_prefix(length + pngChunkFrame);
-        else
-            keep(length + pngChunkFrame);
-    }
-    keep(left.size());
-    return kept;
+bool hasPngTexts(QIODevice& device) {
+    bool found = false;
+    forChunks(device, [&found](qint64, qint64, std::string_view type) {
+        found = isText(type);
+        return !found;
+    });
+    return found;
+}
+
+std::optional<QByteArray> withoutPngTexts(QIODevice& device, qint64 most) {
+    QByteArray kept(pngSignature().data(), static_cast<int>(pngSignature().size()));
+    bool fits = true;
+    forChunks(device, [&](qint64 place, qint64 size, std::string_view type) {
+        if (isText(type))
+            return true;
+        fits = size <= most - kept.size() && device.seek(place);
+        if (fits)
+            kept.append(device.read(size));
+        return fits;
+    });
+    return fits ? std::optional(kept) : std::nullopt;
 }
 
 bool hasManyPngTexts(const QByteArray& file) {

@@ -11,7 +11,7 @@
 #include <QImageReader>
 #include <QImageWriter>
 
-#include <limits>
+#include <optional>
 
 namespace QtUniversalImageLoader {
 
@@ -67,13 +67,18 @@ bool leaveTexts(QImageReader& reader, QBuffer& buffer) {
     const bool isIcon = format == "ico" || format == "cur";
     if (!isIcon && format != "png")
         return true;
+    // No file of a picture that may be read is larger than its pixels, but for a little.
+    constexpr qint64 mostBytes = 5 * ImageLimits::maximumPixels;
     QIODevice& device = *reader.device();
-    if (device.size() > std::numeric_limits<int>::max() || !device.seek(0))
+    if (isIcon)
+        return device.size() <= mostBytes && device.seek(0) && !hasManyPngTexts(device.readAll()) &&
+               device.seek(0);
+    if (!hasPngTexts(device))
+        return device.seek(0);
+    const std::optional<QByteArray> picture = withoutPngTexts(device, mostBytes);
+    if (!picture)
         return false;
-    const QByteArray file = device.readAll();
-    if (isIcon && hasManyPngTexts(file))
-        return false;
-    buffer.setData(isIcon ? file : withoutPngTexts(file));
+    buffer.setData(*picture);
     buffer.open(QIODevice::ReadOnly);
     reader.setDevice(&buffer);
     reader.setFormat(format);

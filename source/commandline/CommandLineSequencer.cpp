@@ -135,14 +135,7 @@ void CommandLineSequencer::startJob() {
     auto* job = new PackerJob(m_queue.get(), mode, m_settings->clone());
     connect(job, &PackerJob::error, this, &CommandLineSequencer::onError);
     connect(job, &PackerJob::warning, this, &CommandLineSequencer::onWarning);
-    // What isn't shown needn't cross over to this thread: a scan tells of every file.
-    const auto tellActivity = [this, shown = ConsoleLog::instance().verbosity()](int level,
-                                                                                 const QString& text) {
-        if (level <= shown)
-            QMetaObject::invokeMethod(
-                this, [this, level, text] { onActivity(level, text); }, Qt::QueuedConnection);
-    };
-    connect(job, &PackerJob::activity, this, tellActivity, Qt::DirectConnection);
+    connect(job, &PackerJob::activity, this, &CommandLineSequencer::onActivity);
     connect(job, &PackerJob::done, this, &CommandLineSequencer::onJobDone);
     connect(job, &PackerJob::sheetUpdated, this, &CommandLineSequencer::onSheetUpdated);
     PoolOrder::handOver(job);

@@ -208,6 +208,14 @@ protected:
         return start(u("sh"), {u("-c"), command});
     }
 
+    /// Publishes where images can be swapped out.
+    void publishAll(const QString& options, int count) const {
+        const Outcome outcome = run(path("temporary"), options);
+        EXPECT_EQ(outcome.status, 0) << qPrintable(outcome.err);
+        EXPECT_EQ(frames("a.json").size(), count);
+        EXPECT_TRUE(swapFiles(path("temporary")).isEmpty()) << "none is left for somebody else to remove";
+    }
+
     QStringList swapFiles(const QString& folder) const {
         return QDir(folder).entryList({u("sorv.*")}, QDir::Files);
     }
@@ -235,17 +243,14 @@ TEST_F(LargeSprites, loadingWithoutATemporaryFolder) {
     addCopies(67);
     // The first sprite is swapped out when the last one comes, and prepared last.
     const QString options = u("--scale 0.03 --disable-auto-alias");
-    Outcome outcome = run(path("temporary"), options);
-    EXPECT_EQ(outcome.status, 0) << qPrintable(outcome.err);
-    EXPECT_EQ(frames("a.json").size(), 68);
+    publishAll(options, 68);
     EXPECT_TRUE(isFilled(u("first.png"), 0xffff0000));
     EXPECT_TRUE(isFilled(u("deep/66.png"), 0xff0000ff));
-    EXPECT_TRUE(swapFiles(path("temporary")).isEmpty());
 
     QFile::remove(path("a.json"));
     QFile::remove(path("a.png"));
     for (const QString& folder : {u(unwritable), u("/no/such/folder")}) {
-        outcome = run(folder, options);
+        const Outcome outcome = run(folder, options);
         EXPECT_EQ(outcome.status, 1);
         EXPECT_TRUE(outcome.err.contains(u("error: Can't write file ") + folder + u("/sorv.")))
             << qPrintable(outcome.err);
@@ -257,12 +262,9 @@ TEST_F(LargeSprites, loadingWithoutATemporaryFolder) {
 TEST_F(LargeSprites, preparingWithoutATemporaryFolder) {
     addCopies(35);
     const QString options = u("--max-size 4096");
-    Outcome outcome = run(path("temporary"), options);
-    EXPECT_EQ(outcome.status, 0) << qPrintable(outcome.err);
-    EXPECT_EQ(frames("a.json").size(), 36);
-    EXPECT_TRUE(swapFiles(path("temporary")).isEmpty()) << "none is left for somebody else to remove";
+    publishAll(options, 36);
 
-    outcome = run(u(unwritable), options + u(" --force-publish"));
+    const Outcome outcome = run(u(unwritable), options + u(" --force-publish"));
     EXPECT_EQ(outcome.status, 0);
     // Each sprite is on the sheet or told of.
     QStringList told;

@@ -17,26 +17,23 @@ bool isText(std::string_view type) {
     return std::find(std::begin(texts), std::end(texts), type) != std::end(texts);
 }
 
-/// Calls `visit` with place, size and type of each whole chunk until it returns false. Returns where the last
-/// one that was visited ends.
+/// Calls `visit` with place, size and type of each chunk until it returns false; one that passes the end of
+/// the file is cut there, and the last.
 template <class Visit>
-qint64 forChunks(QIODevice& device, Visit visit) {
+void forChunks(QIODevice& device, Visit visit) {
     const qint64 end = device.size();
     auto place = static_cast<qint64>(pngSignature().size());
     while (device.seek(place)) {
         const QByteArray head = device.read(headSize);
         if (head.size() < headSize)
-            break;
-        const qint64 size = qint64{qFromBigEndian<quint32>(head.constData())} + qint64{pngChunkFrame};
+            return;
+        const qint64 declared = qint64{qFromBigEndian<quint32>(head.constData())} + qint64{pngChunkFrame};
+        const qint64 size = std::min(declared, end - place);
         const std::string_view type(head.constData() + 4, 4);
-        if (size > end - place)
-            break;
-        const bool goesOn = visit(place, size, type) && type != "IEND"sv;
+        if (!visit(place, size, type) || type == "IEND"sv)
+            return;
         place += size;
-        if (!goesOn)
-            break;
     }
-    return place;
 }
 
 } // namespace

@@ -9,7 +9,7 @@
 /// and keeps them all, gigabytes from a file of some hundred kilobytes. `device`: open and random access.
 bool hasPngTexts(QIODevice& device);
 
-/// The file without them, up to its end mark; where it is broken it ends. None if more than `most` bytes are
+/// The file without them, up to its end mark. None if more than `most` bytes are
 /// left.
 std::optional<QByteArray> withoutPngTexts(QIODevice& device, qint64 most);
 

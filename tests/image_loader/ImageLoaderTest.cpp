@@ -230,10 +230,14 @@ TEST_F(ImageLoaderTest, leavesTextsAlone) {
     write(path("full.png"), full);
     write(path("plain.ico"), directory + plain);
     write(path("full.ico"), directory + full);
+    // One that says it is two gigabytes long, in a file that nearly is.
+    write(path("long.png"), plain.left(33) + QByteArray::fromHex("7fffffff") + "zTXt");
+    ASSERT_TRUE(QFile::resize(path("long.png"), 2'147'483'000));
     EXPECT_EQ(loader.load(path("plain.ico")), picture());
     const qint64 before = peakMemory();
     EXPECT_EQ(loader.load(path("full.png")), picture());
     EXPECT_TRUE(loader.load(path("full.ico")).isNull());
+    EXPECT_TRUE(loader.load(path("long.png")).isNull());
     EXPECT_LT(peakMemory() - before, 200'000'000);
 }
 

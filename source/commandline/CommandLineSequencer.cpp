@@ -133,6 +133,7 @@ void CommandLineSequencer::parseOptions(Settings& settings) {
 void CommandLineSequencer::startJob() {
     const int mode = m_forcePublish ? PackerJob::ForcePublish : PackerJob::Publish;
     auto* job = new PackerJob(m_queue.get(), mode, m_settings->clone());
+    job->setActivityLevel(ConsoleLog::instance().verbosity());
     connect(job, &PackerJob::error, this, &CommandLineSequencer::onError);
     connect(job, &PackerJob::warning, this, &CommandLineSequencer::onWarning);
     connect(job, &PackerJob::activity, this, &CommandLineSequencer::onActivity);

@@ -25,7 +25,7 @@ QStringList keysOf(const QList<Sprite>& sprites) {
     for (const Sprite& sprite : sprites) {
         const QSize size = sprite.paddedSize();
         keys.append(QStringLiteral("%1|%2|").arg(size.width()).arg(size.height()) +
-                    sprite.fileData().hashText());
+                    QString::fromUtf8(sprite.fileData().hashText()));
     }
     keys.sort();
     return keys;

@@ -72,7 +72,7 @@ signals:
     void activity(int level, const QString& message);
 
 private:
-    QString tokenFor(const QString& sourcesText) const;
+    QString tokenFor(const QByteArray& sourcesText) const;
     DataExporter& exporter() const;
     void dropForgottenSprites();
     PackedResult layout(const PackerJob* job, int baseFactor);

@@ -15,7 +15,7 @@
 #include <QFileInfo>
 #include <QScopeGuard>
 
-QString PackerCore::tokenFor(const QString& sourcesText) const {
+QString PackerCore::tokenFor(const QByteArray& sourcesText) const {
     const DataExporter* found = DataExporterRegistry::instance().find(m_settings->dataFormat());
     return SmartUpdate::token(*m_settings, sourcesText, found ? found->versionString() : QString());
 }

@@ -30,7 +30,10 @@ void PackerJob::start(PackerCore* core) {
     connect(core, &PackerCore::warning, this, &PackerJob::warning);
     connect(core->tree(), &SpriteFileTreeModel::loadingDone, this, &PackerJob::onLoadingDone,
             Qt::QueuedConnection);
-    connect(core->tree(), &SpriteFileTreeModel::activity, this, &PackerJob::activity, Qt::QueuedConnection);
+    // The tree has inner steps alone to tell of.
+    if (m_activityLevel >= 2)
+        connect(core->tree(), &SpriteFileTreeModel::activity, this, &PackerJob::activity,
+                Qt::QueuedConnection);
     queueNextStep();
 }
 

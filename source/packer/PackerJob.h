@@ -34,6 +34,10 @@ public:
     /// Looks at the file system even if the file list didn't change. To be called before the job is queued.
     void setRescan(bool rescan) { m_rescan = rescan; }
 
+    /// Highest level of activity that anybody listens to; 2, all of them, unless told. What a scan says of
+    /// each of thousands of files isn't put together in vain then. To be called before the job is queued.
+    void setActivityLevel(int level) { m_activityLevel = level; }
+
     /// Begins; `core` is the queue's and outlives the job.
     void start(PackerCore* core);
 
@@ -93,6 +97,7 @@ private:
     VariantPlan m_variants;
     PackerCore* m_core = nullptr;
     bool m_rescan = false;
+    int m_activityLevel = 2;
     const int m_mode;
     State m_state = State::Idle;
     PackedResult m_layoutResult;    ///< what the core returned, which derived variants are made from

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -23,14 +24,32 @@ QString noteFile(const QString& dataFile) {
            QString::fromLatin1(name);
 }
 
+/// In pieces that stay in the processor's cache: data files have megabytes.
+bool holds(QFile& file, const QByteArray& text) {
+    constexpr qint64 pieceSize = 1 << 16;
+    QByteArray window;
+    for (QByteArray piece = file.read(pieceSize); !piece.isEmpty(); piece = file.read(pieceSize)) {
+        window = window.right(text.size() - 1) + piece;
+        if (window.contains(text))
+            return true;
+    }
+    return false;
+}
+
+QByteArray programDate() {
+    const QFileInfo program(QCoreApplication::applicationFilePath());
+    return textDate(program.lastModified().toMSecsSinceEpoch());
+}
+
 } // namespace
 
-QString token(const Settings& settings, const QString& sourcesText, const QString& exporterVersion) {
-    const QString text = settings.toXml() +
-                         textDate(QFileInfo(QCoreApplication::applicationFilePath()).lastModified()) +
-                         QCoreApplication::applicationVersion() + sourcesText + exporterVersion;
-    const QByteArray digest = QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Md5).toHex();
-    return QStringLiteral("$Sorvane:SmartUpdate:%1$").arg(QString::fromLatin1(digest));
+QString token(const Settings& settings, const QByteArray& sourcesText, const QString& exporterVersion) {
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    for (const QByteArray& part :
+         {settings.toXml().toUtf8(), programDate(), QCoreApplication::applicationVersion().toUtf8(),
+          sourcesText, exporterVersion.toUtf8()})
+        hash.addData(part);
+    return QStringLiteral("$Sorvane:SmartUpdate:%1$").arg(QString::fromLatin1(hash.result().toHex()));
 }
 
 bool isCurrent(const QString& dataFile, const QString& textureFile, const QString& token) {
@@ -40,7 +59,7 @@ bool isCurrent(const QString& dataFile, const QString& textureFile, const QStrin
     // A device or a pipe could be read for ever, and holds no earlier publish.
     if (!QFileInfo(dataFile).isFile() || !file.open(QIODevice::ReadOnly))
         return false;
-    return QString::fromUtf8(file.readAll()).contains(token);
+    return holds(file, token.toLatin1());
 }
 
 void remember(const QString& dataFile, const QString& token) {

@@ -8,8 +8,8 @@ class Settings;
 namespace SmartUpdate {
 
 /// The token of a publish: changes with the settings, the program, the sources and the exporter.
-/// `sourcesText` has one line a source file, `exporterVersion` is the exporter's versionString().
-QString token(const Settings& settings, const QString& sourcesText, const QString& exporterVersion);
+/// `sourcesText` has one line a source file in UTF-8, `exporterVersion` is the exporter's versionString().
+QString token(const Settings& settings, const QByteArray& sourcesText, const QString& exporterVersion);
 
 /// Both files exist and the data file holds the token. False if a file can't be read.
 bool isCurrent(const QString& dataFile, const QString& textureFile, const QString& token);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDateTime>
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
@@ -22,12 +22,8 @@ public:
     /// the first call; the new state is stored. A file that isn't there has size 0 and no time.
     bool checkChanged();
 
-    /// "path|size|last modified|created" of the stored state, size in bytes, times in the toolkit's text date
-    /// form in the C locale.
-    QString hashText() const;
-
-    /// The same line for the file as it is on disk now, without storing anything.
-    QString currentHashText() const;
+    /// "path|size|last modified|created" of the stored state in UTF-8, see appendFileState().
+    QByteArray hashText() const;
 
 private:
     struct Record;

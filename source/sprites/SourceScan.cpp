@@ -1,6 +1,7 @@
 #include "SourceScan.h"
 
 #include "Error.h"
+#include "FolderListing.h"
 #include "ImageLoader.h"
 #include "Settings.h"
 #include "SpriteFileNode.h"
@@ -8,11 +9,10 @@
 #include "SpriteFolderNode.h"
 
 #include <QCoreApplication>
-#include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <memory>
-#include <utility>
 
 namespace {
 
@@ -21,56 +21,15 @@ const QString& movieSuffix() {
     return suffix;
 }
 
+bool isMovie(const QString& fileName) {
+    return fileName.toLower().endsWith(QLatin1Char('.') + movieSuffix());
+}
+
 QSet<QString> readableSuffixes() {
     const QStringList formats = QtUniversalImageLoader::ImageLoader::instance()->readableFormats().keys();
     QSet<QString> suffixes(formats.begin(), formats.end());
     suffixes.insert(movieSuffix());
     return suffixes;
-}
-
-bool hasSuffix(const QString& name, const QSet<QString>& suffixes) {
-    // A suffix may have dots of its own.
-    for (int dot = name.indexOf(QLatin1Char('.')); dot >= 0; dot = name.indexOf(QLatin1Char('.'), dot + 1))
-        if (suffixes.contains(name.mid(dot + 1).toLower()))
-            return true;
-    return false;
-}
-
-// By name, ignoring case. Names that differ in case alone go by their letters: the toolkit leaves them as the
-// file system happens to list them, and equal input has to give equal output.
-void sortByName(QFileInfoList& entries) {
-    std::vector<std::pair<QString, QString>> names;
-    std::vector<int> order;
-    for (int i = 0; i < entries.size(); ++i) {
-        names.emplace_back(entries[i].fileName().toLower(), entries[i].fileName());
-        order.push_back(i);
-    }
-    std::sort(order.begin(), order.end(),
-              [&names](int a, int b) { return names[size_t(a)] < names[size_t(b)]; });
-    QFileInfoList sorted;
-    for (int i : order)
-        sorted.append(entries[i]);
-    entries = sorted;
-}
-
-struct FolderEntries {
-    QFileInfoList files; ///< those that can be read
-    QFileInfoList subfolders;
-};
-
-/// One listing, without name filters: the toolkit makes a regular expression of each for every folder.
-FolderEntries entriesOf(const QString& folder, const QSet<QString>& suffixes) {
-    FolderEntries entries;
-    for (const QFileInfo& entry :
-         QDir(folder).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted)) {
-        if (entry.isDir())
-            entries.subfolders.append(entry);
-        else if (hasSuffix(entry.fileName(), suffixes))
-            entries.files.append(entry);
-    }
-    sortByName(entries.files);
-    sortByName(entries.subfolders);
-    return entries;
 }
 
 // A node that an earlier scan left under the same name stands for another file or folder if its path is
@@ -89,58 +48,47 @@ SourceScan::SourceScan(const Settings& settings, const Activity& activity)
 
 SpriteTreeNode* SourceScan::addEntry(const QString& path, SpriteBranchNode& root) {
     const QFileInfo info(path);
-    return info.isDir() ? addFolder(path, QString(), root, false) : addFile(info, QString(), root);
+    if (info.isDir())
+        return addFolder(path, *listFolder(path, m_suffixes), QString(), root);
+    return addFile(info.absoluteFilePath(), info.fileName(), QString(), root);
 }
 
-SpriteTreeNode* SourceScan::addFolder(const QString& path, const QString& prefix, SpriteBranchNode& parent,
-                                      bool nested) {
-    const QDir dir(path);
-    const QString name = dir.dirName();
-    SpriteFolderNode* folder = parent.folder(name);
+SpriteTreeNode* SourceScan::addFolder(const QString& path, const FolderListing& listing,
+                                      const QString& prefix, SpriteBranchNode& parent) {
+    SpriteFolderNode* folder = parent.folder(listing.name);
     if (!folder || standsForAnother(*folder, path)) {
         const bool takesPlace = folder != nullptr;
-        auto node = std::make_unique<SpriteFolderNode>(prefix + QLatin1Char('/') + name, name, path, nested);
+        auto node = std::make_unique<SpriteFolderNode>(prefix + QLatin1Char('/') + listing.name, listing.name,
+                                                       path, listing.outer != nullptr);
         folder = node.get();
         parent.append(std::move(node), takesPlace);
     }
     folder->setSeen(true);
-    m_openFolders.append(dir.canonicalPath());
-    const FolderEntries entries = entriesOf(path, m_suffixes);
-    for (const QFileInfo& file : entries.files)
-        addFile(file, prefix, *folder);
-    addSubfolders(entries.subfolders, prefix, *folder);
-    m_openFolders.removeLast();
+    for (const QString& file : listing.files)
+        addFile(listing.pathOf(file), file, prefix, *folder);
+    for (const FolderListing& inner : listing.subfolders)
+        addFolder(inner.absolutePath, inner,
+                  prefix + inner.name.section(QLatin1Char('.'), 0, 0) + QLatin1Char('/'), *folder);
     return folder;
 }
 
-void SourceScan::addSubfolders(const QFileInfoList& subfolders, const QString& prefix,
-                               SpriteBranchNode& parent) {
-    for (const QFileInfo& info : subfolders) {
-        // A link back to where the walk comes from would be followed as often as the file system lets it.
-        if (m_openFolders.contains(info.canonicalFilePath()))
-            continue;
-        addFolder(info.absoluteFilePath(), prefix + info.baseName() + QLatin1Char('/'), parent, true);
-    }
-}
-
-SpriteTreeNode* SourceScan::addFile(const QFileInfo& file, const QString& prefix, SpriteBranchNode& parent) {
-    const QString path = file.absoluteFilePath();
-    const QString displayName = file.fileName();
+SpriteTreeNode* SourceScan::addFile(const QString& path, const QString& displayName, const QString& prefix,
+                                    SpriteBranchNode& parent) {
     const QString ownName = prefix + displayName;
     if (isIgnored(path)) {
-        m_activity(2, QStringLiteral("Ignoring file due to --ignore-files: %1").arg(path));
+        report(QStringLiteral("Ignoring file due to --ignore-files: %1"), path);
         return nullptr;
     }
     const QString name = renamed(ownName);
     if (name != ownName)
-        m_activity(2, QStringLiteral("Renamed %1 => %2").arg(ownName, name));
+        report(QStringLiteral("Renamed %1 => %2"), ownName, name);
 
     SpriteTreeNode* node = parent.child(displayName);
     if (!node || standsForAnother(*node, path)) {
-        m_activity(2, QStringLiteral("Adding: %1").arg(path));
+        report(QStringLiteral("Adding: %1"), path);
         const bool takesPlace = node != nullptr;
         std::unique_ptr<SpriteTreeNode> added;
-        if (file.suffix().toLower() != movieSuffix())
+        if (!isMovie(displayName))
             added = std::make_unique<SpriteFileNode>(name, displayName, FileData(path));
         else if (qApp && qApp->inherits("QApplication"))
             added = std::make_unique<SpriteFlashNode>(name, displayName, FileData(path));
@@ -153,6 +101,12 @@ SpriteTreeNode* SourceScan::addFile(const QFileInfo& file, const QString& prefix
     }
     node->setSeen(true);
     return node;
+}
+
+template <typename... Names>
+void SourceScan::report(const QString& text, const Names&... names) const {
+    if (m_activity)
+        m_activity(2, text.arg(names...));
 }
 
 bool SourceScan::isIgnored(const QString& path) const {

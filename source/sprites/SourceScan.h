@@ -2,7 +2,6 @@
 
 #include "Patterns.h"
 
-#include <QFileInfo>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -11,6 +10,7 @@
 #include <optional>
 #include <vector>
 
+struct FolderListing;
 class Settings;
 class SpriteBranchNode;
 class SpriteTreeNode;
@@ -21,6 +21,7 @@ class SourceScan {
 public:
     using Activity = std::function<void(int level, const QString& message)>;
 
+    /// `activity` may be empty.
     SourceScan(const Settings& settings, const Activity& activity);
 
     /// Enters one entry of the file list: a folder with all that is in it, or a file of any kind. Null if the
@@ -29,10 +30,12 @@ public:
     SpriteTreeNode* addEntry(const QString& path, SpriteBranchNode& root);
 
 private:
-    SpriteTreeNode* addFolder(const QString& path, const QString& prefix, SpriteBranchNode& parent,
-                              bool nested);
-    void addSubfolders(const QFileInfoList& subfolders, const QString& prefix, SpriteBranchNode& parent);
-    SpriteTreeNode* addFile(const QFileInfo& file, const QString& prefix, SpriteBranchNode& parent);
+    SpriteTreeNode* addFolder(const QString& path, const FolderListing& listing, const QString& prefix,
+                              SpriteBranchNode& parent);
+    SpriteTreeNode* addFile(const QString& path, const QString& displayName, const QString& prefix,
+                            SpriteBranchNode& parent);
+    template <typename... Names>
+    void report(const QString& text, const Names&... names) const;
     bool isIgnored(const QString& path) const;
     QString renamed(const QString& name);
     const std::vector<ReplaceRule>& replaceRules();
@@ -42,5 +45,4 @@ private:
     const QStringList m_ruleTexts;
     std::optional<std::vector<ReplaceRule>> m_rules;
     const QSet<QString> m_suffixes; ///< of files that can be read, in lower case
-    QStringList m_openFolders;      ///< canonical paths of the folders that the walk is inside of
 };

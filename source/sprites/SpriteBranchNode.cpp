@@ -41,11 +41,14 @@ void SpriteBranchNode::truncate(int count, Removed& removed) {
 }
 
 void SpriteBranchNode::enter(SpriteTreeNode* node, bool takesPlace) {
-    if (takesPlace || !m_byName.contains(node->displayName()))
-        m_byName.insert(node->displayName(), node);
-    auto* folder = dynamic_cast<SpriteFolderNode*>(node);
-    if (folder && (takesPlace || !m_foldersByName.contains(node->displayName())))
-        m_foldersByName.insert(node->displayName(), folder);
+    SpriteTreeNode*& entry = m_byName[node->displayName()];
+    if (takesPlace || !entry)
+        entry = node;
+    if (auto* folder = dynamic_cast<SpriteFolderNode*>(node)) {
+        SpriteFolderNode*& folderEntry = m_foldersByName[node->displayName()];
+        if (takesPlace || !folderEntry)
+            folderEntry = folder;
+    }
 }
 
 void SpriteBranchNode::reindex() {

@@ -10,6 +10,7 @@
 #include "SpriteCollectVisitor.h"
 #include "SpriteHashVisitor.h"
 
+#include <QMetaMethod>
 #include <QMutexLocker>
 #include <QTimer>
 
@@ -26,7 +27,11 @@ void SpriteFileTreeModel::update(Settings* settings) {
     m_root->accept(reset);
     m_root->setSeen(true);
 
-    SourceScan scan(*settings, [this](int level, const QString& message) { emit activity(level, message); });
+    // A text for each of thousands of files is only made for somebody who wants it.
+    SourceScan::Activity report;
+    if (isSignalConnected(QMetaMethod::fromSignal(&SpriteFileTreeModel::activity)))
+        report = [this](int level, const QString& message) { emit activity(level, message); };
+    SourceScan scan(*settings, report);
     for (const GFileName& entry : settings->fileList())
         if (SpriteTreeNode* node = scan.addEntry(entry.path(), *m_root))
             node->setTopLevel(true);
@@ -61,16 +66,16 @@ QList<SpriteImageNode*> SpriteFileTreeModel::sprites() const {
     return collect.sprites();
 }
 
-QString SpriteFileTreeModel::hashText() const {
-    SpriteHashVisitor hash(SpriteHashVisitor::Source::Stored);
+QByteArray SpriteFileTreeModel::hashText() const {
+    SpriteHashVisitor hash;
     m_root->accept(hash);
-    return hash.text();
+    return hash.storedText();
 }
 
-QString SpriteFileTreeModel::currentHashText() const {
-    SpriteHashVisitor hash(SpriteHashVisitor::Source::OnDisk);
+QByteArray SpriteFileTreeModel::currentHashText() const {
+    SpriteHashVisitor hash;
     m_root->accept(hash);
-    return hash.text();
+    return hash.currentText();
 }
 
 void SpriteFileTreeModel::allFlashLoaded() { emit loadingDone(); }

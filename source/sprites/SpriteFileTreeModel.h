@@ -36,11 +36,11 @@ public:
 
     /// One line a sprite in tree order, each ended by a line feed, see FileData::hashText(): the files as the
     /// last load found them.
-    QString hashText() const;
+    QByteArray hashText() const;
 
     /// The same text for the files as they are on disk now. Before the load: what hashText() will be after
     /// it, if nothing changes meanwhile.
-    QString currentHashText() const;
+    QByteArray currentHashText() const;
 
     /// The nameless root.
     SpriteBranchNode* root() const { return m_root.get(); }

@@ -21,13 +21,13 @@ void write(const QString& name, const QByteArray& content) {
 
 TEST(SmartUpdate, tokenChangesWithEachInput) {
     Settings settings;
-    const QString token = SmartUpdate::token(settings, u("a|1|x|y\n"), u("stamp"));
+    const QString token = SmartUpdate::token(settings, "a|1|x|y\n", u("stamp"));
     EXPECT_TRUE(QRegExp(u("\\$Sorvane:SmartUpdate:[0-9a-f]{32}\\$")).exactMatch(token));
-    EXPECT_EQ(SmartUpdate::token(settings, u("a|1|x|y\n"), u("stamp")), token);
-    EXPECT_NE(SmartUpdate::token(settings, u("a|2|x|y\n"), u("stamp")), token);
-    EXPECT_NE(SmartUpdate::token(settings, u("a|1|x|y\n"), u("other")), token);
+    EXPECT_EQ(SmartUpdate::token(settings, "a|1|x|y\n", u("stamp")), token);
+    EXPECT_NE(SmartUpdate::token(settings, "a|2|x|y\n", u("stamp")), token);
+    EXPECT_NE(SmartUpdate::token(settings, "a|1|x|y\n", u("other")), token);
     settings.setDpi(1);
-    EXPECT_NE(SmartUpdate::token(settings, u("a|1|x|y\n"), u("stamp")), token);
+    EXPECT_NE(SmartUpdate::token(settings, "a|1|x|y\n", u("stamp")), token);
 }
 
 TEST(SmartUpdate, bothFilesHaveToBeThere) {

@@ -2,6 +2,7 @@
 
 #include "SpriteFolderNode.h"
 
+#include <QDateTime>
 #include <QFile>
 
 #include <gmock/gmock.h>

@@ -28,6 +28,7 @@ void PackerCore::checkFiles(bool rescan) {
         // A node keeps the name that it was made with: other rules need other nodes.
         Settings nothing;
         m_tree.update(&nothing);
+        dropForgottenSprites();
     }
     m_lastIgnoreList = m_settings->ignoreFileList();
     m_lastReplaceList = m_settings->replaceList();

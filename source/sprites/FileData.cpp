@@ -13,6 +13,8 @@ FileData::FileData(const QString& path) : m_record(std::make_shared<Record>(Reco
 
 const QString& FileData::path() const { return m_record->path; }
 
+qint64 FileData::size() const { return m_record->state.size; }
+
 bool FileData::checkChanged() {
     const FileState found = fileState(m_record->path);
     FileState& stored = m_record->state;

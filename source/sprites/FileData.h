@@ -22,6 +22,9 @@ public:
     /// the first call; the new state is stored. A file that isn't there has size 0 and no time.
     bool checkChanged();
 
+    /// Bytes of the file in the stored state.
+    qint64 size() const;
+
     /// "path|size|last modified|created" of the stored state in UTF-8, see appendFileState().
     QByteArray hashText() const;
 

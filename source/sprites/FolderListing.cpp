@@ -53,7 +53,9 @@ unsigned char kindOf(DIR* dir, const dirent& entry) {
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
         return entry.d_type;
     struct stat target {};
-    return fstatat(dirfd(dir), entry.d_name, &target, 0) == 0 ? IFTODT(target.st_mode) : DT_UNKNOWN;
+    if (fstatat(dirfd(dir), entry.d_name, &target, 0) != 0)
+        return DT_UNKNOWN;
+    return static_cast<unsigned char>(IFTODT(target.st_mode));
 }
 
 FolderListing subfolder(const FolderListing& outer, const QString& name, bool certainlyNoLink) {

@@ -28,6 +28,70 @@ constexpr std::uint64_t hashFactor = 0x9E3779B185EBCA87;
 
 } // namespace
 
+/// One search: what is known of the place, and the best match so far.
+struct DeflateParser::Search {
+    Search(const DeflateCosts& symbolCosts, const std::uint8_t* bytes, std::size_t longestAllowed,
+           const Match& toBeat)
+        : costs(symbolCosts), here(bytes), limit(longestAllowed), probe(eightBytes(bytes)), best(toBeat) {}
+
+    /// False if no other match can be longer.
+    bool tryDistance(std::size_t distance) {
+        if ((eightBytes(here + offset - distance) ^ probe) << ignored == 0)
+            measure(distance);
+        return longest < limit;
+    }
+
+    void measure(std::size_t distance);
+    std::size_t runLength() const;
+
+    const DeflateCosts& costs;
+    const std::uint8_t* const here;
+    const std::size_t limit; ///< of a match's length
+    std::uint64_t probe;     ///< eight bytes, from `offset` on, of which a longer match has the first
+    std::size_t offset = 0;
+    std::size_t ignored = 8 * (8 - shortestMatch); ///< bits of the probe that it needn't have
+    std::size_t longest = shortestMatch - 1;
+    std::size_t counted = 0; ///< bytes whose cost as literals is known
+    int literals = 0;
+    Match best;
+};
+
+/// Takes the match at a distance as the longest if it is, and as the best if it saves most.
+inline void DeflateParser::Search::measure(std::size_t distance) {
+    const std::size_t length = commonLength(here, here - distance, limit);
+    if (length <= longest)
+        return;
+    longest = length;
+    if (length < sizeof probe) {
+        ignored = 8 * (sizeof probe - 1 - length);
+    } else {
+        // What differs within the bytes that would make it the longest differs mostly in the last of them.
+        ignored = 0;
+        offset = length + 1 - sizeof probe;
+        probe = eightBytes(here + offset);
+    }
+    for (; counted < length; ++counted)
+        literals += costs.literal(here[counted]);
+    const int gain = literals - costs.match(length, distance);
+    if (gain > best.gain)
+        best = {length, distance, gain};
+}
+
+/// How often the first byte is repeated.
+inline std::size_t DeflateParser::Search::runLength() const {
+    const std::uint64_t start = eightBytes(here);
+    if (start != (start << 8U | (start & 0xFFU)))
+        return 1;
+    return 1 + commonLength(here, here + 1, limit - 1);
+}
+
+inline std::size_t DeflateParser::hash(std::size_t position) const {
+    const std::uint64_t key = eightBytes(m_bytes + position) << (64 - 8 * shortestMatch);
+    return static_cast<std::size_t>(key * hashFactor >> (64 - PlaceChains::hashBits));
+}
+
+inline void DeflateParser::insert(std::size_t position) { m_chains.insert(position, hash(position)); }
+
 DeflateParser::DeflateParser(const std::uint8_t* bytes, std::size_t begin, std::size_t end,
                              const DeflateEffort& effort)
     : m_bytes(bytes), m_position(begin), m_end(end), m_effort(effort) {
@@ -35,77 +99,42 @@ DeflateParser::DeflateParser(const std::uint8_t* bytes, std::size_t begin, std::
         insert(position);
 }
 
-std::size_t DeflateParser::hash(std::size_t position) const {
-    const std::uint64_t key = eightBytes(m_bytes + position) << (64 - 8 * shortestMatch);
-    return static_cast<std::size_t>(key * hashFactor >> (64 - PlaceChains::hashBits));
-}
-
-void DeflateParser::insert(std::size_t position) { m_chains.insert(position, hash(position)); }
-
-/// What a match at a distance saves, if it is longer than all before; then it is the longest.
-inline int DeflateParser::gainOf(Search& search, std::size_t distance) const {
-    if (search.longest >= search.limit)
-        return 0;
-    const std::uint8_t* const there = search.here - distance;
-    // What differs within the bytes that would make it the longest differs mostly in the last of them.
-    const std::size_t last = search.longest < 8 ? 0 : search.longest - 7;
-    const std::uint64_t difference = eightBytes(there + last) ^ search.probe;
-    if (last > 0 && difference != 0)
-        return 0;
-    const std::size_t length =
-        difference == 0 ? commonLength(search.here, there, search.limit)
-                        : std::min(static_cast<std::size_t>(std::countr_zero(difference)) / 8, search.limit);
-    if (length <= search.longest)
-        return 0;
-    search.longest = length;
-    if (length >= 8 && length < search.limit)
-        search.probe = eightBytes(search.here + length - 7);
-    for (; search.counted < length; ++search.counted)
-        search.literals += m_costs.literal(search.here[search.counted]);
-    return search.literals - m_costs.match(length, distance);
+/// Whether the bytes at a place are those at a distance before it, as far as the shortest match goes.
+inline bool DeflateParser::repeats(std::size_t position, std::size_t distance) const {
+    const std::uint8_t* const here = m_bytes + position;
+    return distance <= position &&
+           (eightBytes(here) ^ eightBytes(here - distance)) << (64 - 8 * shortestMatch) == 0;
 }
 
 /// Looks for a match that saves more than `match`, which it then becomes.
 bool DeflateParser::find(std::size_t position, Match& match) {
-    Search search{m_bytes + position, eightBytes(m_bytes + position),
-                  std::min(m_end - position, deflateFormat::longestMatch)};
-    bool found = false;
-    const auto tryDistance = [&](std::size_t distance) {
-        const int gain = gainOf(search, distance);
-        if (gain > match.gain) {
-            match = {search.longest, distance, gain};
-            found = true;
-        }
-        return search.longest < search.limit;
-    };
     const std::size_t oldest = position - std::min(position, deflateFormat::window - 1);
-    const auto tryPlace = [&](std::size_t place) { return tryDistance(position - place); };
-    // Among noise a search seldom pays; behind a long match there is time for a long one.
+    const std::size_t key = hash(position);
+    // So it is at every other place that is searched.
+    if (m_chains.isEmpty(key, oldest) && !repeats(position, m_recent[0]) && !repeats(position, m_recent[1]))
+        return false;
+    Search search(m_costs, m_bytes + position, std::min(m_end - position, deflateFormat::longestMatch),
+                  match);
+    // Among noise a search seldom pays.
     const int places = std::max(m_effort.places >> std::min(m_misses / patience, 4), 1);
-    m_chains.walk(hash(position), oldest, places + m_credit, tryPlace);
+    m_chains.walk(key, oldest, places,
+                  [&](std::size_t place) { return search.tryDistance(position - place); });
     // In the midst of a run all places are alike: what follows its end tells them apart.
-    const std::size_t run = runLength(search);
+    const std::size_t run = search.runLength();
     if (run > shortestMatch && run < search.limit && search.longest < search.limit) {
         const std::size_t shift = run - runTail;
-        const auto tryRun = [&](std::size_t place) {
+        m_chains.walk(hash(position + shift), oldest, m_effort.runPlaces, [&](std::size_t place) {
             return place < shift + oldest || place >= position + shift ||
-                   tryDistance(position + shift - place);
-        };
-        m_chains.walk(hash(position + shift), oldest, m_effort.runPlaces, tryRun);
+                   search.tryDistance(position + shift - place);
+        });
     }
     // Rows repeat at one distance, which among many equal places would come up too late.
     for (const std::size_t distance : m_recent)
         if (distance <= position)
-            tryDistance(distance);
+            search.tryDistance(distance);
+    const bool found = search.best.gain > match.gain;
+    match = search.best;
     return found;
-}
-
-/// How often the first byte is repeated.
-std::size_t DeflateParser::runLength(const Search& search) {
-    const std::uint64_t start = eightBytes(search.here);
-    if (start != (start << 8U | (start & 0xFFU)))
-        return 1;
-    return 1 + commonLength(search.here, search.here + 1, search.limit - 1);
 }
 
 void DeflateParser::add(DeflateSymbols& block, std::size_t length, std::size_t value) {
@@ -123,7 +152,6 @@ void DeflateParser::takeMatch(DeflateSymbols& block, Match match) {
         insert(++m_position);
     }
     add(block, match.length, match.distance - 1);
-    m_credit = match.length >= longMatch ? static_cast<int>(match.length) : 0;
     if (match.distance != m_recent[0]) {
         m_recent[1] = m_recent[0];
         m_recent[0] = match.distance;

@@ -5,7 +5,7 @@
 
 /// How many places are looked at for a match.
 struct DeflateEffort {
-    int places;    ///< with the first bytes in common; more of them behind a long match
+    int places;    ///< with the first bytes in common
     int runPlaces; ///< where a run of bytes ends as here
 };
 
@@ -41,20 +41,12 @@ private:
         int gain = 0; ///< against literals
     };
 
-    struct Search {
-        const std::uint8_t* here;
-        std::uint64_t probe; ///< bytes that a longer match has: the first eight, or the last eight
-        std::size_t limit;   ///< of a match's length
-        std::size_t longest = shortestMatch - 1;
-        std::size_t counted = 0; ///< bytes whose cost as literals is known
-        int literals = 0;
-    };
+    struct Search;
 
     std::size_t hash(std::size_t position) const;
     void insert(std::size_t position);
     bool find(std::size_t position, Match& match);
-    static std::size_t runLength(const Search& search);
-    int gainOf(Search& search, std::size_t distance) const;
+    bool repeats(std::size_t position, std::size_t distance) const;
     void add(DeflateSymbols& block, std::size_t length, std::size_t value);
     void takeMatch(DeflateSymbols& block, Match match);
 
@@ -62,7 +54,6 @@ private:
     std::size_t m_position;
     const std::size_t m_end;
     const DeflateEffort m_effort;
-    int m_credit = 0;                       ///< places that may be looked at beyond that
     int m_misses = 0;                       ///< places without a match since the last one
     std::size_t m_learnt = 0;               ///< symbols of the block that costs were taken from
     std::size_t m_learning = firstLearning; ///< how many more make it worth while again

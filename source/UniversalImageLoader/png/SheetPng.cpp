@@ -31,8 +31,16 @@ constexpr std::size_t bandBytes = std::size_t{1} << 20;
 struct Band {
     std::size_t firstRow;
     std::size_t rows;
+    bool isFiltered = false;
     std::vector<std::uint8_t> deflated = {};
     uLong checksum = 0; ///< Adler-32 of the band's filtered rows
+};
+
+/// Filtered rows of a band, behind those before it that matches may reach back to.
+struct FilteredBand {
+    std::vector<std::uint8_t> bytes; ///< with DeflateParser::readable more at the end
+    std::size_t begin;
+    std::size_t end;
 };
 
 /// A picture's rows on their way into a zlib stream.
@@ -44,18 +52,17 @@ public:
 
 private:
     std::size_t filteredBytes(std::size_t rows) const { return rows * (m_rowBytes + 1); }
-    std::uint8_t* filtered(std::size_t row) { return m_filtered.data() + filteredBytes(row); }
     void readRow(std::size_t y, std::uint8_t* target) const;
-    void filterBand(const Band& band);
     void filterRows(std::size_t first, std::size_t count, bool adaptive, std::uint8_t* target) const;
     bool isSmallerUnfiltered(const Band& band) const;
-    std::vector<std::uint8_t> deflated(const Band& band, const DeflateEffort& effort) const;
-    void deflateBand(Band& band) const;
+    FilteredBand filtered(std::size_t number) const;
+    std::vector<std::uint8_t> deflated(const FilteredBand& band, const DeflateEffort& effort,
+                                       bool isLast) const;
+    void deflateBand(std::size_t number);
 
     const QImage m_image;
     const std::size_t m_bytesPerPixel;
     const std::size_t m_rowBytes;
-    std::vector<std::uint8_t> m_filtered;
     std::vector<Band> m_bands;
 };
 
@@ -63,7 +70,6 @@ SheetStream::SheetStream(const QImage& image, std::size_t bytesPerPixel)
     : m_image(image.convertToFormat(bytesPerPixel == 4 ? QImage::Format_ARGB32 : QImage::Format_RGB32)),
       m_bytesPerPixel(bytesPerPixel), m_rowBytes(static_cast<std::size_t>(image.width()) * bytesPerPixel) {
     const auto height = static_cast<std::size_t>(image.height());
-    m_filtered.resize(filteredBytes(height) + DeflateParser::readable);
     const std::size_t rows = std::max<std::size_t>(bandBytes / filteredBytes(1), 1);
     for (std::size_t first = 0; first < height; first += rows)
         m_bands.push_back({first, std::min(rows, height - first)});
@@ -127,40 +133,53 @@ bool SheetStream::isSmallerUnfiltered(const Band& band) const {
     return unfiltered < adaptive;
 }
 
-void SheetStream::filterBand(const Band& band) {
-    filterRows(band.firstRow, band.rows, !isSmallerUnfiltered(band), filtered(band.firstRow));
+FilteredBand SheetStream::filtered(std::size_t number) const {
+    const Band& band = m_bands[number];
+    // A band has more bytes than a window, but for the last one.
+    const std::size_t rowsBefore =
+        std::min((deflateFormat::window + m_rowBytes) / filteredBytes(1), band.firstRow);
+    FilteredBand filtered{{}, filteredBytes(rowsBefore), filteredBytes(rowsBefore + band.rows)};
+    filtered.bytes.resize(filtered.end + DeflateParser::readable);
+    if (rowsBefore > 0)
+        filterRows(band.firstRow - rowsBefore, rowsBefore, m_bands[number - 1].isFiltered,
+                   filtered.bytes.data());
+    filterRows(band.firstRow, band.rows, band.isFiltered, filtered.bytes.data() + filtered.begin);
+    return filtered;
 }
 
-std::vector<std::uint8_t> SheetStream::deflated(const Band& band, const DeflateEffort& effort) const {
-    const bool isLast = &band == &m_bands.back();
-    const std::size_t begin = filteredBytes(band.firstRow);
-    const std::size_t end = begin + filteredBytes(band.rows);
-    DeflateParser parser(m_filtered.data(), begin, end, effort);
-    DeflateWriter writer(m_filtered.data());
+std::vector<std::uint8_t> SheetStream::deflated(const FilteredBand& band, const DeflateEffort& effort,
+                                                bool isLast) const {
+    DeflateParser parser(band.bytes.data(), band.begin, band.end, effort);
+    DeflateWriter writer(band.bytes.data());
     for (DeflateSymbols block; parser.nextBlock(block);)
-        writer.write(block, isLast && block.end == end);
+        writer.write(block, isLast && block.end == band.end);
     if (!isLast)
         writer.align();
     return writer.take();
 }
 
-void SheetStream::deflateBand(Band& band) const {
-    const std::size_t size = filteredBytes(band.rows);
+void SheetStream::deflateBand(std::size_t number) {
+    Band& band = m_bands[number];
+    const FilteredBand rows = filtered(number);
+    const bool isLast = number + 1 == m_bands.size();
+    const std::size_t size = rows.end - rows.begin;
     const bool isSmall = m_bands.size() == 1 && size <= smallBytes;
-    band.deflated = deflated(band, isSmall ? thoroughEffort : quickEffort);
+    band.deflated = deflated(rows, isSmall ? thoroughEffort : quickEffort, isLast);
     // Long matches are what makes it so short, and are quickly passed.
     constexpr std::size_t simple = 64;
     if (!isSmall && band.deflated.size() < size / simple) {
-        std::vector<std::uint8_t> shorter = deflated(band, thoroughEffort);
+        std::vector<std::uint8_t> shorter = deflated(rows, thoroughEffort, isLast);
         if (shorter.size() < band.deflated.size())
             band.deflated = std::move(shorter);
     }
-    band.checksum = adler32(1, m_filtered.data() + filteredBytes(band.firstRow), static_cast<uInt>(size));
+    band.checksum = adler32(1, rows.bytes.data() + rows.begin, static_cast<uInt>(size));
 }
 
 std::vector<Band>& SheetStream::deflate() {
-    sideBySide(m_bands.size(), [this](std::size_t i) { filterBand(m_bands[i]); });
-    sideBySide(m_bands.size(), [this](std::size_t i) { deflateBand(m_bands[i]); });
+    sideBySide(m_bands.size(), [this](std::size_t number) {
+        m_bands[number].isFiltered = !isSmallerUnfiltered(m_bands[number]);
+    });
+    sideBySide(m_bands.size(), [this](std::size_t number) { deflateBand(number); });
     return m_bands;
 }
 

@@ -17,7 +17,7 @@ public:
         m_last[hash] = static_cast<std::uint32_t>(position + 1);
     }
 
-    /// Whether no place of a hash is at `oldest` or behind it.
+    /// Whether a hash has no position from `oldest` on.
     bool isEmpty(std::size_t hash, std::size_t oldest) const { return m_last[hash] <= oldest; }
 
     /// Calls `visit` with up to `most` positions of a hash from `oldest` on, the latest first, until it

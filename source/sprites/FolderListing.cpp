@@ -69,15 +69,18 @@ FolderListing subfolder(const FolderListing& outer, const QString& name, bool ce
 }
 
 // By the C library: the toolkit's iterator asks it for the same, and takes twice the time.
-void listOne(FolderListing& folder, const QSet<QString>& suffixes) {
-    DIR* dir = opendir(QFile::encodeName(folder.absolutePath).constData());
+void listOne(const QString& path, FolderListing& folder, const QSet<QString>& suffixes) {
+    DIR* dir = opendir(QFile::encodeName(path).constData());
     if (!dir)
         return;
     const auto close = qScopeGuard([dir] { closedir(dir); });
     while (const dirent* entry = readdir(dir)) {
         if (entry->d_name[0] == '.')
             continue;
+        // A name that can't be decoded would lead to no file.
         const QString name = QFile::decodeName(entry->d_name);
+        if (QFile::encodeName(name) != entry->d_name)
+            continue;
         const unsigned char kind = kindOf(dir, *entry);
         if (kind == DT_DIR) {
             FolderListing inner = subfolder(folder, name, entry->d_type == DT_DIR);
@@ -104,7 +107,10 @@ std::unique_ptr<const FolderListing> listFolder(const QString& folder, const QSe
     // One depth after the other, the folders of each side by side.
     std::vector<FolderListing*> level = {first.get()};
     while (!level.empty()) {
-        sideBySide(level.size(), [&level, &suffixes](std::size_t i) { listOne(*level[i], suffixes); });
+        sideBySide(level.size(), [&folder, &level, &suffixes](std::size_t i) {
+            // Behind a link ".." is another folder than in the text of a path.
+            listOne(level[i]->outer ? level[i]->absolutePath : folder, *level[i], suffixes);
+        });
         std::vector<FolderListing*> next;
         for (FolderListing* outer : level)
             for (FolderListing& inner : outer->subfolders)

@@ -6,39 +6,12 @@
 #include <QThreadPool>
 
 #include <deque>
-#include <vector>
 
 namespace {
 
-using Run = QList<SpriteFileNode*>;
-
-/// Files in runs for one call each: to start one for every small file would take longer than to read it.
-std::vector<Run> runsOf(const QList<SpriteFileNode*>& nodes) {
-    constexpr qint64 runBytes = 1 << 15;
-    std::vector<Run> runs;
-    qint64 bytes = 0;
-    for (SpriteFileNode* node : nodes) {
-        const qint64 size = node->fileData().size();
-        bytes += size;
-        if (runs.empty() || bytes > runBytes) {
-            runs.emplace_back();
-            bytes = size;
-        }
-        runs.back().append(node);
-    }
-    return runs;
-}
-
-QStringList pathsOf(const Run& run) {
-    QStringList paths;
-    for (const SpriteFileNode* node : run)
-        paths.append(node->fileName());
-    return paths;
-}
-
 /// The images of the first of these files: what few bytes of a file can claim may be more than is to be held.
 QVector<QImage> readFirst(const QStringList& paths) {
-    constexpr qint64 enoughBytes = 1 << 24;
+    constexpr qint64 enoughBytes = 1 << 22;
     QVector<QImage> images;
     qint64 bytes = 0;
     for (const QString& path : paths) {
@@ -50,6 +23,15 @@ QVector<QImage> readFirst(const QStringList& paths) {
     return images;
 }
 
+/// A call that reads a run of files.
+struct Reading {
+    explicit Reading(const QStringList& paths)
+        : count(paths.size()), images([paths] { return readFirst(paths); }) {}
+
+    const int count;
+    Meanwhile<QVector<QImage>> images;
+};
+
 } // namespace
 
 void LoadSpriteVisitor::visitFile(SpriteFileNode& node) {
@@ -57,18 +39,39 @@ void LoadSpriteVisitor::visitFile(SpriteFileNode& node) {
         m_toRead.append(&node);
 }
 
+/// So many small files are read by one call: to start one for each would take longer than to read it.
+QStringList LoadSpriteVisitor::runFrom(int first, bool isSingle) const {
+    constexpr int longest = 4;
+    constexpr qint64 smallBytes = 1 << 13;
+    const auto isSmall = [this](int i) { return m_toRead[i]->fileData().size() <= smallBytes; };
+    int end = first + 1;
+    if (!isSingle && isSmall(first))
+        while (end < m_toRead.size() && end - first < longest && isSmall(end))
+            ++end;
+    QStringList paths;
+    for (int i = first; i < end; ++i)
+        paths.append(m_toRead[i]->fileName());
+    return paths;
+}
+
 void LoadSpriteVisitor::load() {
     // Few images ahead of the one that is taken next: what waits here isn't counted by the image cache.
     const auto window = size_t(2 * QThreadPool::globalInstance()->maxThreadCount());
-    const std::vector<Run> runs = runsOf(m_toRead);
-    std::deque<Meanwhile<QVector<QImage>>> ahead;
-    auto next = runs.begin();
-    for (const Run& run : runs) {
-        for (; next != runs.end() && ahead.size() < window; ++next)
-            ahead.emplace_back([paths = pathsOf(*next)] { return readFirst(paths); });
-        const QVector<QImage> images = ahead.front().take();
+    std::deque<Reading> ahead;
+    int started = 0;
+    int taken = 0;
+    bool largePictures = false;
+    while (taken < m_toRead.size()) {
+        while (started < m_toRead.size() && ahead.size() < window)
+            started += ahead.emplace_back(runFrom(started, largePictures)).count;
+        const int end = taken + ahead.front().count;
+        const QVector<QImage> images = ahead.front().images.take();
         ahead.pop_front();
-        for (int i = 0; i < run.size(); ++i)
-            run[i]->take(i < images.size() ? images[i] : SpriteFileNode::read(run[i]->fileName()));
+        for (const QImage& image : images)
+            m_toRead[taken++]->take(image);
+        // Small files of large pictures, as others will be.
+        largePictures = largePictures || taken < end;
+        for (int i = end; i-- > taken;)
+            ahead.emplace_front(runFrom(i, true));
     }
 }

@@ -3,6 +3,7 @@
 #include "SpriteTreeVisitor.h"
 
 #include <QList>
+#include <QStringList>
 
 /// Loads the files that changed: reads on all cores, takes the images in tree order, so that the result and
 /// the image cache's order are those of one file after the other.
@@ -15,5 +16,7 @@ public:
     void load();
 
 private:
+    QStringList runFrom(int first, bool isSingle) const;
+
     QList<SpriteFileNode*> m_toRead;
 };

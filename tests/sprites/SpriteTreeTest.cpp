@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdio>
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -49,6 +51,23 @@ TEST_F(SpriteTreeTest, linkToAnOuterFolderIsNotFollowed) {
     ASSERT_TRUE(QFile::link(path("f"_q), path("g/back"_q)));
     update({path("f"_q)});
     EXPECT_THAT(names(), ElementsAre("a.png", "other/b.png"));
+}
+
+TEST_F(SpriteTreeTest, namesThatLeadNowhereAreLeftOut) {
+    file("f/a.png"_q);
+    file("f/a.b.pvr.ccz"_q);
+    QFile::rename(path("f/a.b.pvr.ccz"_q), path("f/a.b.PVR.Ccz"_q));
+    QDir(folder.path()).mkpath("out/in"_q);
+    file("out/c.png"_q);
+    ASSERT_TRUE(QFile::link(path("gone.png"_q), path("f/dangling.png"_q)));
+    const QByteArray undecodable = QFile::encodeName(path("f/"_q)) + "bad\xff.png";
+    ASSERT_EQ(std::rename(QFile::encodeName(file("f/b.png"_q)).constData(), undecodable.constData()), 0);
+    update({path("f"_q)});
+    EXPECT_THAT(names(), ElementsAre("a.b.PVR.Ccz", "a.png"));
+    // The system's way up, not the text's.
+    ASSERT_TRUE(QFile::link(path("out/in"_q), path("f/link"_q)));
+    update({path("f/link/.."_q)});
+    EXPECT_THAT(names(), ElementsAre("c.png"));
 }
 
 TEST_F(SpriteTreeTest, rescanKeepsNodesAndReadsOnlyWhatChanged) {

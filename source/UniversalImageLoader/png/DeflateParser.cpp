@@ -110,7 +110,7 @@ inline bool DeflateParser::repeats(std::size_t position, std::size_t distance) c
 bool DeflateParser::find(std::size_t position, Match& match) {
     const std::size_t oldest = position - std::min(position, deflateFormat::window - 1);
     const std::size_t key = hash(position);
-    // So it is at every other place that is searched.
+    // Half of the places that are searched have nothing to try.
     if (m_chains.isEmpty(key, oldest) && !repeats(position, m_recent[0]) && !repeats(position, m_recent[1]))
         return false;
     Search search(m_costs, m_bytes + position, std::min(m_end - position, deflateFormat::longestMatch),

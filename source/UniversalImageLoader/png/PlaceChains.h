@@ -21,7 +21,7 @@ public:
     bool isEmpty(std::size_t hash, std::size_t oldest) const { return m_last[hash] <= oldest; }
 
     /// Calls `visit` with up to `most` positions of a hash from `oldest` on, the latest first, until it
-    /// returns false. Returns how many of `most` are left.
+    /// returns false.
     template <class Visit>
     void walk(std::size_t hash, std::size_t oldest, int most, Visit visit) const {
         std::size_t place = m_last[hash];

@@ -39,15 +39,12 @@ void LoadSpriteVisitor::visitFile(SpriteFileNode& node) {
         m_toRead.append(&node);
 }
 
-/// So many small files are read by one call: to start one for each would take longer than to read it.
-QStringList LoadSpriteVisitor::runFrom(int first, bool isSingle) const {
-    constexpr int longest = 4;
+QStringList LoadSpriteVisitor::runFrom(int first, int most) const {
     constexpr qint64 smallBytes = 1 << 13;
     const auto isSmall = [this](int i) { return m_toRead[i]->fileData().size() <= smallBytes; };
     int end = first + 1;
-    if (!isSingle && isSmall(first))
-        while (end < m_toRead.size() && end - first < longest && isSmall(end))
-            ++end;
+    while (end < m_toRead.size() && end - first < most && isSmall(first) && isSmall(end))
+        ++end;
     QStringList paths;
     for (int i = first; i < end; ++i)
         paths.append(m_toRead[i]->fileName());
@@ -58,20 +55,22 @@ void LoadSpriteVisitor::load() {
     // Few images ahead of the one that is taken next: what waits here isn't counted by the image cache.
     const auto window = size_t(2 * QThreadPool::globalInstance()->maxThreadCount());
     std::deque<Reading> ahead;
+    // To start a call for each small file would take longer than to read it.
+    int longestRun = 4;
     int started = 0;
     int taken = 0;
-    bool largePictures = false;
     while (taken < m_toRead.size()) {
         while (started < m_toRead.size() && ahead.size() < window)
-            started += ahead.emplace_back(runFrom(started, largePictures)).count;
+            started += ahead.emplace_back(runFrom(started, longestRun)).count;
         const int end = taken + ahead.front().count;
         const QVector<QImage> images = ahead.front().images.take();
         ahead.pop_front();
         for (const QImage& image : images)
             m_toRead[taken++]->take(image);
         // Small files of large pictures, as others will be.
-        largePictures = largePictures || taken < end;
+        if (taken < end)
+            longestRun = 1;
         for (int i = end; i-- > taken;)
-            ahead.emplace_front(runFrom(i, true));
+            ahead.emplace_front(runFrom(i, 1));
     }
 }

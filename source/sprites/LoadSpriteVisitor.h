@@ -16,7 +16,8 @@ public:
     void load();
 
 private:
-    QStringList runFrom(int first, bool isSingle) const;
+    /// Paths for one call: of a file, or of up to `most` small ones.
+    QStringList runFrom(int first, int most) const;
 
     QList<SpriteFileNode*> m_toRead;
 };

@@ -55,8 +55,7 @@ TEST_F(SpriteTreeTest, linkToAnOuterFolderIsNotFollowed) {
 
 TEST_F(SpriteTreeTest, namesThatLeadNowhereAreLeftOut) {
     file("f/a.png"_q);
-    file("f/a.b.pvr.ccz"_q);
-    QFile::rename(path("f/a.b.pvr.ccz"_q), path("f/a.b.PVR.Ccz"_q));
+    file("f/a.b.PVR.Ccz"_q);
     QDir(folder.path()).mkpath("out/in"_q);
     file("out/c.png"_q);
     ASSERT_TRUE(QFile::link(path("gone.png"_q), path("f/dangling.png"_q)));

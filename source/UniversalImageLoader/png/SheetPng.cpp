@@ -138,13 +138,12 @@ FilteredBand SheetStream::filtered(std::size_t number) const {
     // A band has more bytes than a window, but for the last one.
     const std::size_t rowsBefore =
         std::min((deflateFormat::window + m_rowBytes) / filteredBytes(1), band.firstRow);
-    FilteredBand filtered{{}, filteredBytes(rowsBefore), filteredBytes(rowsBefore + band.rows)};
-    filtered.bytes.resize(filtered.end + DeflateParser::readable);
+    FilteredBand rows{{}, filteredBytes(rowsBefore), filteredBytes(rowsBefore + band.rows)};
+    rows.bytes.resize(rows.end + DeflateParser::readable);
     if (rowsBefore > 0)
-        filterRows(band.firstRow - rowsBefore, rowsBefore, m_bands[number - 1].isFiltered,
-                   filtered.bytes.data());
-    filterRows(band.firstRow, band.rows, band.isFiltered, filtered.bytes.data() + filtered.begin);
-    return filtered;
+        filterRows(band.firstRow - rowsBefore, rowsBefore, m_bands[number - 1].isFiltered, rows.bytes.data());
+    filterRows(band.firstRow, band.rows, band.isFiltered, rows.bytes.data() + rows.begin);
+    return rows;
 }
 
 std::vector<std::uint8_t> SheetStream::deflated(const FilteredBand& band, const DeflateEffort& effort,
